@@ -1,0 +1,7 @@
+#pragma once
+// What nearly every file with Qt includes: compiled once a library.
+#include "pch_pure.h"
+
+#include <QObject>
+#include <QString>
+#include <qcoro/qcorotask.h>

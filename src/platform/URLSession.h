@@ -1,0 +1,90 @@
+#pragma once
+
+#include <QString>
+#include <qcoro/qcorotask.h>
+
+#include <cstdint>
+#include <functional>
+#include <memory>
+#include <optional>
+#include <stdexcept>
+#include <string>
+#include <string_view>
+
+class QUrl;
+
+namespace ondavia {
+
+/// A URL made from a text, or absent when the text is none: empty, or not well-formed by strict rules
+/// (a blank, a "%" that escapes nothing). Nothing is percent-encoded for the caller.
+[[nodiscard]] std::optional<QUrl> makeURL(std::string_view text);
+
+/// A failure of the transport: no route, refused, time-out, cut, cancelled, too many redirects, a body
+/// past its bound. `what()` has its URLs masked.
+class URLError final : public std::runtime_error {
+public:
+    URLError(std::int64_t code, std::string domain, const std::string& description);
+
+    /// The number of the platform's error enumeration.
+    [[nodiscard]] std::int64_t code() const { return m_code; }
+    [[nodiscard]] const std::string& domain() const { return m_domain; }
+
+private:
+    std::int64_t m_code;
+    std::string m_domain;
+};
+
+struct URLResponse final {
+    /// Status of an HTTP reply; absent for other schemes.
+    std::optional<int> statusCode;
+    std::string body;
+};
+
+/// Takes a body as it arrives. One object serves one transfer; its calls come one at a time, in order,
+/// from a pool thread, never from the main thread. What it throws ends the transfer and is raised from
+/// `URLSession::stream`.
+class URLBodyReader {
+public:
+    virtual ~URLBodyReader() = default;
+    /// Before the first byte, with the final reply's status (absent for other schemes).
+    virtual void begin(std::optional<int> statusCode) = 0;
+    virtual void receive(std::string_view bytes) = 0;
+    /// After the last byte of a body that arrived whole.
+    virtual void finish() = 0;
+};
+
+/// Plain GETs over HTTP and HTTPS. Replies are inflated, redirects followed (16 at most), certificates
+/// verified. Nothing is cached and no header is added beyond the platform's defaults.
+///
+/// Both operations are awaited on a thread with an event loop and resume there; sockets are served by
+/// the session's own thread, so that a busy main thread slows no download. A task that is dropped before
+/// its end cancels the transfer.
+class URLSession {
+public:
+    /// The largest body that `data` collects, in bytes after inflation; a longer one is a URLError.
+    static constexpr std::size_t maximumCollectedBody = std::size_t{64} << 20;
+    /// The largest body that `stream` passes on, in bytes after inflation.
+    static constexpr std::size_t maximumStreamedBody = std::size_t{2047} << 20;
+
+    using Header = std::pair<std::string, std::string>;
+
+    virtual ~URLSession() = default;
+    /// The whole reply. Raises URLError.
+    virtual QCoro::Task<URLResponse> data(QUrl url, std::vector<Header> headers = {}) = 0;
+    /// The reply through `reader`, at most a few MiB ahead of it whatever the server sends. Raises
+    /// URLError, or what the reader threw.
+    virtual QCoro::Task<void> stream(QUrl url, std::shared_ptr<URLBodyReader> reader) = 0;
+};
+
+/// Time-outs of a session, in seconds.
+struct URLSessionConfiguration final {
+    /// Longest silence of the server.
+    double requestTimeout = 60;
+    /// Longest duration of a whole transfer.
+    double resourceTimeout = 7.0 * 24 * 3600;
+};
+
+/// Makes sessions, so that a client can be given one with its own time-outs.
+using URLSessionFactory = std::function<std::shared_ptr<URLSession>(const URLSessionConfiguration&)>;
+
+} // namespace ondavia

@@ -1,0 +1,17 @@
+#include <QGuiApplication>
+#include <QTemporaryDir>
+
+#include <gtest/gtest.h>
+
+/// As main.cpp, for tests that open windows.
+int main(int argc, char** argv) {
+    QTemporaryDir home;
+    qputenv("HOME", home.path().toUtf8());
+    for (const char* variable : {"XDG_CONFIG_HOME", "XDG_DATA_HOME", "XDG_CACHE_HOME", "XDG_STATE_HOME",
+                                 "ONDAVIA_DATA_DIR", "ONDAVIA_VAULT", "ONDAVIA_LOG"}) {
+        qunsetenv(variable);
+    }
+    const QGuiApplication application(argc, argv);
+    ::testing::InitGoogleTest(&argc, argv);
+    return RUN_ALL_TESTS();
+}
