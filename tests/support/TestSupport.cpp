@@ -35,7 +35,9 @@ LogCapture::LogCapture() {
     });
 }
 
-LogCapture::~LogCapture() { AppLogger::setSink({}); }
+LogCapture::~LogCapture() {
+    AppLogger::setSink({});
+}
 
 std::vector<LogRecord> LogCapture::records() const {
     const std::lock_guard lock(m_mutex);
