@@ -23,10 +23,14 @@ struct LogRecord final {
 /// A value to be printed: numbers as they are, texts by the rule of their place in the format.
 class LogArgument final {
 public:
-    LogArgument(std::integral auto number) : m_value(static_cast<std::int64_t>(number)) {}
-    LogArgument(std::string_view text) : m_value(std::string(text)) {}
-    LogArgument(const std::string& text) : m_value(text) {}
-    LogArgument(const char* text) : m_value(std::string(text)) {}
+    LogArgument(std::integral auto number)
+        : m_value(static_cast<std::int64_t>(number)) {}
+    LogArgument(std::string_view text)
+        : m_value(std::string(text)) {}
+    LogArgument(const std::string& text)
+        : m_value(text) {}
+    LogArgument(const char* text)
+        : m_value(std::string(text)) {}
 
     [[nodiscard]] const std::variant<std::int64_t, std::string>& value() const { return m_value; }
 
@@ -42,7 +46,8 @@ private:
 /// so that one call is one line. May be called from any thread.
 class Logger final {
 public:
-    explicit Logger(LogCategory category) : m_category(category) {}
+    explicit Logger(LogCategory category)
+        : m_category(category) {}
 
     /// For failures.
     void error(std::string_view format, std::initializer_list<LogArgument> arguments = {}) const;

@@ -20,6 +20,8 @@ void fatalFault(std::string_view reason) {
     std::abort();
 }
 
-void setFatalFaultHandler(FatalFaultHandler handler) { faultHandler = handler; }
+void setFatalFaultHandler(FatalFaultHandler handler) {
+    faultHandler = handler;
+}
 
 } // namespace ondavia

@@ -4,7 +4,9 @@
 /// `nameChanged()` that is emitted when the value became another one. The initial value follows.
 #define ONDAVIA_OBSERVABLE(Type, name, setter, ...)                                                          \
 public:                                                                                                      \
-    [[nodiscard]] const Type& name() const { return m_##name; }                                              \
+    [[nodiscard]] const Type& name() const {                                                                 \
+        return m_##name;                                                                                     \
+    }                                                                                                        \
     void setter(Type value) {                                                                                \
         if (!(m_##name == value)) {                                                                          \
             m_##name = std::move(value);                                                                     \

@@ -23,8 +23,7 @@ bool endsURL(char character) {
 
 bool isSchemeCharacter(char character) {
     return (character >= 'a' && character <= 'z') || (character >= 'A' && character <= 'Z') ||
-           (character >= '0' && character <= '9') || character == '+' || character == '-' ||
-           character == '.';
+           (character >= '0' && character <= '9') || character == '+' || character == '-' || character == '.';
 }
 
 std::size_t endOfToken(std::string_view text, std::size_t from) {

@@ -16,7 +16,8 @@ class NotificationCenter;
 
 inline constexpr const char* FSPlayerPlaybackStateDidChangeNotification =
     "FSPlayerPlaybackStateDidChangeNotification";
-inline constexpr const char* FSPlayerLoadStateDidChangeNotification = "FSPlayerLoadStateDidChangeNotification";
+inline constexpr const char* FSPlayerLoadStateDidChangeNotification =
+    "FSPlayerLoadStateDidChangeNotification";
 inline constexpr const char* FSPlayerDidFinishNotification = "FSPlayerDidFinishNotification";
 inline constexpr const char* FSPlayerFirstVideoFrameRenderedNotification =
     "FSPlayerFirstVideoFrameRenderedNotification";
@@ -25,7 +26,14 @@ inline constexpr const char* FSPlayerSelectedStreamDidChangeNotification =
     "FSPlayerSelectedStreamDidChangeNotification";
 inline constexpr const char* FSPlayerDidFinishReasonUserInfoKey = "FSPlayerDidFinishReasonUserInfoKey";
 
-enum class FSPlaybackState { Stopped = 0, Playing = 1, Paused = 2, Interrupted = 3, SeekingForward = 4, SeekingBackward = 5 };
+enum class FSPlaybackState {
+    Stopped = 0,
+    Playing = 1,
+    Paused = 2,
+    Interrupted = 3,
+    SeekingForward = 4,
+    SeekingBackward = 5
+};
 enum class FSScalingMode { Fit = 0, Fill = 1 };
 /// Reasons of FSPlayerDidFinishNotification.
 enum class FSFinishReason { PlaybackEnded = 0, PlaybackError = 1, UserExited = 2 };

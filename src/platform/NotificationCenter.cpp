@@ -10,9 +10,8 @@ void NotificationCenter::addObserver(const void* observer, std::string name, con
 
 void NotificationCenter::removeObserver(const void* observer, const void* object) {
     const std::lock_guard lock(m_mutex);
-    std::erase_if(m_entries, [&](const Entry& entry) {
-        return entry.observer == observer && entry.object == object;
-    });
+    std::erase_if(m_entries,
+                  [&](const Entry& entry) { return entry.observer == observer && entry.object == object; });
 }
 
 void NotificationCenter::post(const Notification& notification) {

@@ -1,0 +1,43 @@
+#pragma once
+
+#include "platform/UserDefaults.h"
+
+#include <QJsonObject>
+
+#include <filesystem>
+
+namespace ondavia {
+
+/// The settings store as one JSON object in a file of mode 0600. Each change replaces the file
+/// atomically, under a lock that other processes respect; what another process wrote is read anew before
+/// each answer. A file that is no JSON object is kept aside as `<name>.damaged` with an error line. Dates
+/// are seconds since 1970 under a key of their own type: {"date": seconds}.
+class JsonUserDefaults final : public UserDefaults {
+public:
+    explicit JsonUserDefaults(std::filesystem::path file);
+
+    [[nodiscard]] std::optional<std::string> stringForKey(std::string_view key) const override;
+    [[nodiscard]] double doubleForKey(std::string_view key) const override;
+    [[nodiscard]] std::optional<Date> dateForKey(std::string_view key) const override;
+    [[nodiscard]] std::optional<std::vector<std::string>>
+    stringArrayForKey(std::string_view key) const override;
+
+    void setString(std::string_view key, const std::string& value) override;
+    void setDouble(std::string_view key, double value) override;
+    void setDate(std::string_view key, Date value) override;
+    void setStringArray(std::string_view key, const std::vector<std::string>& value) override;
+    void removeObjectForKey(std::string_view key) override;
+
+private:
+    [[nodiscard]] QJsonValue value(std::string_view key) const;
+    void change(const std::function<void(QJsonObject&)>& edit);
+    void readIfChanged() const;
+    void read() const;
+    void keepDamagedFileAside() const;
+
+    std::filesystem::path m_file;
+    mutable QJsonObject m_values;
+    mutable std::pair<std::uint64_t, std::int64_t> m_stamp{};
+};
+
+} // namespace ondavia
