@@ -1,0 +1,188 @@
+#pragma once
+
+#include "store/EntityTraits.h"
+#include "store/Query.h"
+#include "store/RowBinding.h"
+#include "store/RowInsertion.h"
+#include "store/SqlText.h"
+#include "store/StoreError.h"
+
+#include <array>
+#include <cstdint>
+#include <functional>
+#include <memory>
+#include <optional>
+#include <string>
+#include <thread>
+#include <tuple>
+#include <utility>
+#include <vector>
+
+namespace ondavia {
+
+class Connection;
+class LibraryStore;
+
+/// The key of a row and some of its members.
+template<class... Members> struct PartialRow final {
+    std::int64_t key = 0;
+    std::tuple<Members...> members;
+};
+
+/// One thread's handle on the store. `LibraryStore::mainContext` belongs to the main thread; one made by
+/// `LibraryStore::makeContext` to the thread that uses it first. Must not outlive the store.
+///
+/// Reads see what has been committed, by whatever thread or process, and never part of a save or of a
+/// replacement. They do not see this context's own changes before `save`. A read never waits for a
+/// writer. Every operation raises StoreError.
+class StoreContext final {
+public:
+    explicit StoreContext(LibraryStore& store);
+    ~StoreContext();
+    StoreContext(const StoreContext&) = delete;
+    StoreContext& operator=(const StoreContext&) = delete;
+
+    template<Entity T> [[nodiscard]] std::vector<T> fetch(const Query<T>& query = {}) {
+        std::vector<T> rows;
+        forEach<T>(query, [&rows](T row) { rows.push_back(std::move(row)); });
+        return rows;
+    }
+
+    /// The first row of `query`; absent when there is none.
+    template<Entity T> [[nodiscard]] std::optional<T> fetchFirst(Query<T> query = {}) {
+        query.limit = 1;
+        std::vector<T> rows = fetch(query);
+        return rows.empty() ? std::optional<T>() : std::optional<T>(std::move(rows.front()));
+    }
+
+    /// Hands the rows of `query` over one by one, without ever holding them all. `receive` must not use
+    /// this context.
+    template<Entity T> void forEach(const Query<T>& query, const std::function<void(T)>& receive) {
+        read(EntityTraits<T>::file, selectText(columnList<T>(), query),
+             [&receive](SQLite::Statement& row) { receive(readEntity<T>(row, 0)); });
+    }
+
+    template<Entity T> [[nodiscard]] std::int64_t count(const Predicate<T>& where = {}) {
+        SqlText text = fromClause(where);
+        text.sql.insert(0, "SELECT count(*)");
+        std::int64_t result = 0;
+        read(EntityTraits<T>::file, text,
+             [&result](SQLite::Statement& row) { result = row.getColumn(0).getInt64(); });
+        return result;
+    }
+
+    /// The different values of a member, ascending; absent ones are left out.
+    template<Entity T, class Member>
+    [[nodiscard]] auto distinct(Member T::*member, const Predicate<T>& where = {}) {
+        std::vector<typename PlainMember<Member>::type> values;
+        for (auto& [value, rows] : countsBy(member, where)) {
+            values.push_back(std::move(value));
+        }
+        return values;
+    }
+
+    /// The different values of a member, ascending, each with its number of rows; absent ones are left
+    /// out.
+    template<Entity T, class Member>
+    [[nodiscard]] auto countsBy(Member T::*member, const Predicate<T>& where = {}) {
+        using Value = typename PlainMember<Member>::type;
+        const std::string column = quotedName(columnName(member));
+        SqlText text = fromClause(where && field(member).isNotNull());
+        text.sql = "SELECT " + column + ", count(*)" + text.sql + " GROUP BY 1 ORDER BY 1";
+        std::vector<std::pair<Value, std::int64_t>> counts;
+        read(EntityTraits<T>::file, text, [&counts](SQLite::Statement& row) {
+            counts.emplace_back(readMember<Value>(row, 0), row.getColumn(1).getInt64());
+        });
+        return counts;
+    }
+
+    /// The keys of the rows of `query`: a list of 120,000 rows for the price of one index. A key names
+    /// its row until the kind changes; the next replacement gives none of them to another row.
+    template<Entity T> [[nodiscard]] std::vector<std::int64_t> fetchKeys(const Query<T>& query = {}) {
+        std::vector<std::int64_t> keys;
+        read(EntityTraits<T>::file, selectText(keyColumn, query),
+             [&keys](SQLite::Statement& row) { keys.push_back(row.getColumn(0).getInt64()); });
+        return keys;
+    }
+
+    /// The row of a key; absent when it is gone.
+    template<Entity T> [[nodiscard]] std::optional<T> fetchByKey(std::int64_t key) {
+        SqlText text = fromClause(Predicate<T>("key = ?", {key}));
+        text.sql = "SELECT " + columnList<T>() + text.sql;
+        std::optional<T> found;
+        read(EntityTraits<T>::file, text,
+             [&found](SQLite::Statement& row) { found = readEntity<T>(row, 0); });
+        return found;
+    }
+
+    /// Only some members of the rows of `query`, for work over a whole catalogue that needs a name or two.
+    template<Entity T, class... Members>
+    [[nodiscard]] std::vector<PartialRow<Members...>> fetchMembers(const Query<T>& query,
+                                                                   Members T::*... members) {
+        std::string selected(keyColumn);
+        ((selected += ", " + quotedName(columnName(members))), ...);
+        std::vector<PartialRow<Members...>> rows;
+        read(EntityTraits<T>::file, selectText(selected, query), [&rows](SQLite::Statement& row) {
+            int index = 1;
+            // The braces fix the order of the reads.
+            rows.push_back({row.getColumn(0).getInt64(), std::tuple{readMember<Members>(row, index++)...}});
+        });
+        return rows;
+    }
+
+    /// Inserts `row` at the next save; a row of the same id is replaced then.
+    template<Entity T> void insert(T row) {
+        enqueue<T>([row = std::move(row)](Connection& connection) { insertRow(connection, row); });
+    }
+
+    /// Deletes the row of this id at the next save, if there is one then.
+    template<Entity T> void remove(std::string id) { remove(field(&T::id) == id); }
+
+    /// Deletes the rows that fulfil `where` at the next save.
+    template<Entity T> void remove(const Predicate<T>& where) {
+        SqlText text = fromClause(where);
+        text.sql.insert(0, "DELETE");
+        enqueue<T>([text = std::move(text)](Connection& connection) { execute(connection, text); });
+    }
+
+    /// Deletes all rows of the kind at the next save.
+    template<Entity T> void removeAll() { enqueueRemoveAll<T>(); }
+
+    /// Commits the inserts and deletes since the last save, in their order, in one transaction a file;
+    /// then the store tells that their kinds changed. On a failure nothing of them is kept, neither in
+    /// the files nor in this context, and StoreError is raised. Without changes nothing happens.
+    void save();
+
+private:
+    /// One buffered change.
+    struct Change final {
+        EntityKind kind;
+        StoreFile file;
+        /// Whether the change leaves nothing of a file of downloaded rows.
+        bool clearsFile;
+        std::function<void(Connection&)> apply;
+    };
+
+    template<Entity T> void enqueue(std::function<void(Connection&)> apply) {
+        enqueue({EntityTraits<T>::kind, EntityTraits<T>::file, false, std::move(apply)});
+    }
+    template<Entity T> void enqueueRemoveAll() {
+        SqlText text = fromClause(Predicate<T>());
+        text.sql.insert(0, "DELETE");
+        enqueue({EntityTraits<T>::kind, EntityTraits<T>::file, DownloadedEntity<T>,
+                 [text = std::move(text)](Connection& connection) { execute(connection, text); }});
+    }
+
+    void enqueue(Change change);
+    void read(StoreFile file, const SqlText& text, const std::function<void(SQLite::Statement&)>& receive);
+    void checkThread();
+    Connection& connection(StoreFile file);
+    class Saving;
+
+    LibraryStore& m_store;
+    std::thread::id m_thread;
+    std::array<std::unique_ptr<Connection>, storeFileCount> m_connections;
+    std::vector<Change> m_changes;
+};
+
+} // namespace ondavia
