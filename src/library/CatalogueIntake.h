@@ -1,0 +1,118 @@
+#pragma once
+
+#include "protocol/XtreamAPIClient.h"
+#include "store/Replacement.h"
+#include "store/StoreError.h"
+
+#include <cstdint>
+#include <memory>
+#include <mutex>
+#include <span>
+#include <string>
+#include <unordered_map>
+#include <utility>
+#include <vector>
+
+namespace ondavia {
+
+class LibraryStore;
+
+/// Category ids to category names.
+using CategoryMap = std::unordered_map<std::string, std::string>;
+
+/// The three lists, in the order in which their rows stand in the catalogue.
+enum class CatalogueSection { Live = 0, Movies = 1, Series = 2 };
+
+/// Takes the rows of one stream list as they arrive, normalises them and puts them aside for the new
+/// catalogue, so that download, decoding and writing overlap. Rows that come before the categories are
+/// known wait here.
+///
+/// `restart`, `take` and `finish` write, and run on worker threads; `setCategories` may be called from any.
+/// The others belong to whoever waited for those. A failed write is kept for `rethrowFailure`: it is no
+/// fault of the server and must not start another download.
+template<class Row> class SectionIntake final {
+public:
+    using Normalize = std::vector<Channel> (XtreamAPIClient::*)(std::span<Row>, const std::string&,
+                                                                const CategoryMap&) const;
+
+    SectionIntake(std::shared_ptr<const XtreamAPIClient> client,
+                  std::shared_ptr<Replacement<Channel>> catalogue, CatalogueSection section,
+                  Normalize normalize)
+        : m_client(std::move(client))
+        , m_catalogue(std::move(catalogue))
+        , m_section(static_cast<int>(section))
+        , m_normalize(normalize) {}
+
+    /// Forgets every row: a download begins, or the last one failed.
+    void restart() {
+        const std::lock_guard lock(m_mutex);
+        m_waiting.clear();
+        guarded([this] { m_catalogue->discard(m_section); });
+    }
+
+    /// Never waits for a write that is going on.
+    void setCategories(CategoryMap categories) {
+        const std::lock_guard lock(m_categoriesMutex);
+        m_categories = std::make_shared<const CategoryMap>(std::move(categories));
+    }
+
+    void take(std::vector<Row>&& rows) {
+        const std::lock_guard lock(m_mutex);
+        m_waiting.push_back(std::move(rows));
+        writeWaitingRows();
+    }
+
+    /// Writes what still waited for its categories.
+    void finish() {
+        const std::lock_guard lock(m_mutex);
+        writeWaitingRows();
+    }
+
+    /// Raises the store's error that a write met, if any.
+    void rethrowFailure() const {
+        if (m_failure) {
+            std::rethrow_exception(m_failure);
+        }
+    }
+
+    /// Rows that were fit for the catalogue.
+    [[nodiscard]] std::int64_t normalizedCount() const { return m_catalogue->rowCount(m_section); }
+
+private:
+    void writeWaitingRows() {
+        const auto known = categories();
+        if (!known || m_failure) {
+            return;
+        }
+        for (auto& rows : m_waiting) {
+            const auto channels = ((*m_client).*m_normalize)(rows, "main", *known);
+            guarded([&] { m_catalogue->append(m_section, channels); });
+        }
+        m_waiting.clear();
+    }
+
+    std::shared_ptr<const CategoryMap> categories() {
+        const std::lock_guard lock(m_categoriesMutex);
+        return m_categories;
+    }
+
+    template<class Work> void guarded(const Work& work) {
+        try {
+            work();
+        } catch (const StoreError&) {
+            m_failure = std::current_exception();
+        }
+    }
+
+    std::shared_ptr<const XtreamAPIClient> m_client;
+    std::shared_ptr<Replacement<Channel>> m_catalogue;
+    int m_section;
+    Normalize m_normalize;
+    std::mutex m_categoriesMutex;
+    std::shared_ptr<const CategoryMap> m_categories;
+    std::mutex m_mutex;
+    std::vector<std::vector<Row>> m_waiting;
+    std::exception_ptr m_failure;
+};
+
+} // namespace ondavia

@@ -1,0 +1,254 @@
+#include "library/DataSyncService.h"
+
+#include "library/CatalogueIntake.h"
+#include "library/FetchWithRetry.h"
+#include "library/NetworkMonitor.h"
+#include "library/SyncError.h"
+#include "platform/UserDefaults.h"
+#include "store/LibraryStore.h"
+
+#include <QtConcurrent>
+#include <qcoro/qcorofuture.h>
+
+#include <tuple>
+
+namespace ondavia {
+namespace {
+
+constexpr int retries = 3;
+
+using CategoryList = std::vector<XtreamCategory>;
+
+std::vector<CategoryItem> categoryItems(const CategoryList& categories) {
+    std::vector<CategoryItem> items;
+    for (const auto& category : categories) {
+        items.push_back({category.categoryId, category.categoryName, 0});
+    }
+    return items;
+}
+
+std::vector<std::string> categoryNames(const CategoryList& categories) {
+    std::vector<std::string> names;
+    for (const auto& category : categories) {
+        names.push_back(category.categoryName);
+    }
+    return names;
+}
+
+CategoryMap categoryMap(const CategoryList& categories) {
+    CategoryMap map;
+    for (const auto& category : categories) {
+        map.emplace(category.categoryId, category.categoryName);
+    }
+    return map;
+}
+
+void requireUniqueIds(const char* action, const CategoryList& categories) {
+    CategoryMap seen;
+    for (const auto& category : categories) {
+        if (!seen.emplace(category.categoryId, category.categoryName).second) {
+            throw DuplicateCategoryError(action, category.categoryId);
+        }
+    }
+}
+
+} // namespace
+
+/// What one run gathers. Shared with the transfers' worker threads.
+struct DataSyncService::Run final {
+    Run(const std::shared_ptr<XtreamAPIClient>& client, const std::shared_ptr<Replacement<Channel>>& rows,
+        std::stop_token stopToken)
+        : catalogue(rows)
+        , live(client, rows, CatalogueSection::Live, &XtreamAPIClient::normalizeLiveStreams)
+        , movies(client, rows, CatalogueSection::Movies, &XtreamAPIClient::normalizeVodStreams)
+        , series(client, rows, CatalogueSection::Series, &XtreamAPIClient::normalizeSeriesList)
+        , stop(std::move(stopToken)) {}
+
+    [[nodiscard]] std::int64_t rawCount() const { return rawLive + rawMovies + rawSeries; }
+
+    std::shared_ptr<Replacement<Channel>> catalogue;
+    SectionIntake<XtreamLiveStream> live;
+    SectionIntake<XtreamVodStream> movies;
+    SectionIntake<XtreamSeriesItem> series;
+    std::stop_token stop;
+    CategoryList liveCategories;
+    CategoryList vodCategories;
+    CategoryList seriesCategories;
+    std::int64_t rawLive = 0;
+    std::int64_t rawMovies = 0;
+    std::int64_t rawSeries = 0;
+};
+
+namespace {
+
+/// One of the three category lists. Its section may go on as soon as it is here, or has failed for good.
+template<class Run, class Row>
+QCoro::Task<CategoryList> fetchCategories(std::shared_ptr<XtreamAPIClient> client, std::string action,
+                                          std::shared_ptr<Run> run, SectionIntake<Row>& section,
+                                          AppState& appState, Scheduler& scheduler) {
+    const auto fetched = co_await fetchWithRetry<CategoryList>(
+        [client, action] { return client->getCategories(action); }, retries, appState, scheduler, run->stop);
+    CategoryList categories = fetched.value_or(CategoryList());
+    section.setCategories(categoryMap(categories));
+    co_return categories;
+}
+
+/// One of the three stream lists, row by row into its section. The result is the number of raw rows.
+template<class Run, class Row>
+QCoro::Task<std::int64_t> fetchStreams(std::shared_ptr<XtreamAPIClient> client, std::string action,
+                                       std::shared_ptr<Run> run, SectionIntake<Row>& section,
+                                       AppState& appState, Scheduler& scheduler) {
+    auto* intake = &section;
+    const auto restart = [intake, run] { intake->restart(); };
+    const auto attempt = [client, action, intake, run, restart]() -> QCoro::Task<std::int64_t> {
+        co_await QtConcurrent::run(restart);
+        co_return co_await client->template fetchRows<Row>(
+            action, [intake, run](std::vector<Row>&& rows) { intake->take(std::move(rows)); });
+    };
+    const auto rows = co_await fetchWithRetry<std::int64_t>(attempt, retries, appState, scheduler, run->stop);
+    if (!rows) {
+        co_await QtConcurrent::run(restart);
+    }
+    co_return rows.value_or(0);
+}
+
+} // namespace
+
+DataSyncService::DataSyncService(std::shared_ptr<XtreamAPIClient> client, SyncEnvironment environment)
+    : m_client(std::move(client))
+    , m_environment(environment) {}
+
+QCoro::Task<void> DataSyncService::syncAll(std::stop_token stop) {
+    AppState& appState = m_environment.appState;
+    if (!m_environment.network.isConnected()) {
+        useCachedCatalogue();
+        co_return;
+    }
+    appState.setLoadingMessage(localizedText("sync.loadingContent", "A carregar conteudo..."));
+    auto rows = co_await QtConcurrent::run(
+        [store = &m_environment.store] { return store->beginReplacement<Channel>(); });
+    const auto run = std::make_shared<Run>(m_client, std::move(rows), std::move(stop));
+    co_await download(run);
+
+    requireUniqueIds("get_live_categories", run->liveCategories);
+    requireUniqueIds("get_vod_categories", run->vodCategories);
+    requireUniqueIds("get_series_categories", run->seriesCategories);
+    publishCategories(*run);
+    warnAboutEmptyLists(*run);
+    appState.setLoadingMessage("A processar " + std::to_string(run->rawCount()) + " itens...");
+    co_await QtConcurrent::run([run] {
+        run->live.finish();
+        run->movies.finish();
+        run->series.finish();
+    });
+    appState.setLoadingMessage(localizedText("sync.saving", "A guardar dados..."));
+    if (run->rawCount() == 0) {
+        throw SyncError(SyncError::Case::emptyResponse);
+    }
+    const std::int64_t count = co_await writeCatalogue(run);
+    co_await updatePlaylist(count);
+    appState.setTotalLive(run->live.normalizedCount());
+    appState.setTotalMovies(run->movies.normalizedCount());
+    appState.setTotalSeries(run->series.normalizedCount());
+    appState.setLoadingMessage({});
+}
+
+/// Without a network path the rows that are there must do; without rows there is nothing to show.
+void DataSyncService::useCachedCatalogue() {
+    const auto countOf = [this](std::string_view type) -> std::int64_t {
+        try {
+            return m_environment.store.mainContext().count(field(&Channel::type) == type);
+        } catch (const StoreError& error) {
+            AppLogger::general.error("catalogue: cannot be counted: %s", {error.what()});
+            return 0;
+        }
+    };
+    const std::int64_t live = countOf("live");
+    const std::int64_t movies = countOf("movie");
+    const std::int64_t series = countOf("series");
+    if (live + movies + series == 0) {
+        throw SyncError(SyncError::Case::noConnection);
+    }
+    AppState& appState = m_environment.appState;
+    appState.setTotalLive(live);
+    appState.setTotalMovies(movies);
+    appState.setTotalSeries(series);
+    appState.setLoadingMessage({});
+    appState.showToast(localizedText("sync.offline", "Sem internet — a usar dados em cache"),
+                       ToastType::warning);
+}
+
+/// Starts the six downloads at once and waits for all of them.
+QCoro::Task<void> DataSyncService::download(std::shared_ptr<Run> run) {
+    auto& [store, appState, defaults, network, scheduler] = m_environment;
+    auto liveCategories =
+        fetchCategories(m_client, "get_live_categories", run, run->live, appState, scheduler);
+    auto vodCategories =
+        fetchCategories(m_client, "get_vod_categories", run, run->movies, appState, scheduler);
+    auto seriesCategories =
+        fetchCategories(m_client, "get_series_categories", run, run->series, appState, scheduler);
+    auto live = fetchStreams(m_client, "get_live_streams", run, run->live, appState, scheduler);
+    auto movies = fetchStreams(m_client, "get_vod_streams", run, run->movies, appState, scheduler);
+    auto series = fetchStreams(m_client, "get_series", run, run->series, appState, scheduler);
+    run->liveCategories = co_await liveCategories;
+    run->vodCategories = co_await vodCategories;
+    run->seriesCategories = co_await seriesCategories;
+    run->rawLive = co_await live;
+    run->rawMovies = co_await movies;
+    run->rawSeries = co_await series;
+}
+
+/// Runs on an empty reply too: what the server says of its categories replaces what was known.
+void DataSyncService::publishCategories(const Run& run) {
+    AppState& appState = m_environment.appState;
+    appState.setLiveCategories(categoryItems(run.liveCategories));
+    appState.setVodCategories(categoryItems(run.vodCategories));
+    appState.setSeriesCategories(categoryItems(run.seriesCategories));
+    UserDefaults& defaults = m_environment.defaults;
+    defaults.setStringArray(liveOrderKey, categoryNames(run.liveCategories));
+    defaults.setStringArray(vodOrderKey, categoryNames(run.vodCategories));
+    defaults.setStringArray(seriesOrderKey, categoryNames(run.seriesCategories));
+}
+
+void DataSyncService::warnAboutEmptyLists(const Run& run) {
+    AppState& appState = m_environment.appState;
+    if (run.rawMovies == 0) {
+        appState.showToast(localizedText("sync.moviesError", "Nao foi possivel carregar filmes"),
+                           ToastType::warning);
+    }
+    if (run.rawSeries == 0) {
+        appState.showToast(localizedText("sync.seriesError", "Nao foi possivel carregar series"),
+                           ToastType::warning);
+    }
+}
+
+/// Puts the new rows in the place of the old ones, in one step. Lists whose every row was dropped leave
+/// the old rows alone.
+QCoro::Task<std::int64_t> DataSyncService::writeCatalogue(std::shared_ptr<Run> run) {
+    run->live.rethrowFailure();
+    run->movies.rethrowFailure();
+    run->series.rethrowFailure();
+    const std::int64_t count =
+        run->live.normalizedCount() + run->movies.normalizedCount() + run->series.normalizedCount();
+    if (count >= 1) {
+        co_await QtConcurrent::run([run] { run->catalogue->commit(); });
+    }
+    co_return count;
+}
+
+QCoro::Task<void> DataSyncService::updatePlaylist(std::int64_t channelCount) {
+    co_await QtConcurrent::run([store = &m_environment.store, channelCount] {
+        const auto context = store->makeContext();
+        const Date now = currentDate();
+        Playlist playlist{"main", "Principal", "xtream", true, "main", channelCount, now, now};
+        if (auto known = context->fetchFirst<Playlist>({.where = field(&Playlist::id) == "main"})) {
+            playlist = std::move(*known);
+            playlist.channelCount = channelCount;
+            playlist.lastUpdatedAt = now;
+        }
+        context->insert(playlist);
+        context->save();
+    });
+}
+
+} // namespace ondavia
