@@ -125,8 +125,9 @@ QCoro::Task<void> DataSyncService::syncAll(std::stop_token stop) {
         co_return;
     }
     appState.setLoadingMessage(localizedText("sync.loadingContent", "A carregar conteudo..."));
-    auto rows = co_await QtConcurrent::run(
-        [store = &m_environment.store] { return store->beginReplacement<Channel>(); });
+    auto rows = co_await QtConcurrent::run([store = &m_environment.store] {
+        return std::make_shared<Replacement<Channel>>(store->beginReplacement<Channel>());
+    });
     const auto run = std::make_shared<Run>(m_client, std::move(rows), std::move(stop));
     co_await download(run);
 
