@@ -1,0 +1,22 @@
+#pragma once
+
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <string_view>
+
+/// What JSON numbers become in the fields of the wire records. Pure.
+namespace ondavia::wire {
+
+/// The integer that `number` is exactly; absent when it has a fraction or is beyond 64 bits.
+[[nodiscard]] std::optional<std::int64_t> exactInteger(double number);
+
+/// The text of a number in a flexible field: a whole one without a decimal point, any other as the
+/// shortest decimal text that reads back as the same float. A whole number beyond signed 64 bits ends
+/// the process through `fatalFault`.
+[[nodiscard]] std::string flexibleText(double number);
+
+/// Whether `token` is a number by JSON's grammar, however large.
+[[nodiscard]] bool isJSONNumber(std::string_view token);
+
+} // namespace ondavia::wire
