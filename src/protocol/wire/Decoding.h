@@ -1,10 +1,10 @@
 #pragma once
 
+#include "protocol/wire/AccountRecords.h"
+#include "protocol/wire/CatalogueRecords.h"
 #include "protocol/wire/DecodingError.h"
-#include "protocol/wire/XtreamAccount.h"
-#include "protocol/wire/XtreamCatalogue.h"
-#include "protocol/wire/XtreamGuide.h"
-#include "protocol/wire/XtreamSeriesInfo.h"
+#include "protocol/wire/GuideRecords.h"
+#include "protocol/wire/SeriesRecords.h"
 
 #include <cstddef>
 #include <string>

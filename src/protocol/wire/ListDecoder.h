@@ -1,8 +1,8 @@
 #pragma once
 
+#include "protocol/wire/CatalogueRecords.h"
 #include "protocol/wire/DecodingError.h"
 #include "protocol/wire/RowSplitter.h"
-#include "protocol/wire/XtreamCatalogue.h"
 
 #include <cstdint>
 #include <functional>

@@ -1,9 +1,9 @@
 #pragma once
 
-#include "protocol/wire/XtreamAccount.h"
-#include "protocol/wire/XtreamCatalogue.h"
-#include "protocol/wire/XtreamGuide.h"
-#include "protocol/wire/XtreamSeriesInfo.h"
+#include "protocol/wire/AccountRecords.h"
+#include "protocol/wire/CatalogueRecords.h"
+#include "protocol/wire/GuideRecords.h"
+#include "protocol/wire/SeriesRecords.h"
 
 #include <cstddef>
 #include <string_view>
