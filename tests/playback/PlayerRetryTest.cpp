@@ -101,6 +101,7 @@ TEST_F(PlayerRetry, ASleepingRetryFindsNothingToPlayAfterStop) {
     scheduler.advance(2);
     EXPECT_EQ(creations(), 1);
     EXPECT_EQ(manager->player(), nullptr);
+    EXPECT_EQ(manager->error(), std::nullopt);
 }
 
 TEST_F(PlayerRetry, ASleepingRetryPlaysTheItemThatIsCurrentThen) {

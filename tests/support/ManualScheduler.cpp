@@ -74,9 +74,9 @@ std::unique_ptr<ScheduledTimer> ManualScheduler::once(double seconds, std::funct
 QCoro::Task<bool> ManualScheduler::sleep(double seconds, std::stop_token stop) {
     struct Suspension final {
         [[nodiscard]] bool await_ready() const { return false; }
-        void await_suspend(std::coroutine_handle<> handle) { sleep->handle = handle; }
-        [[nodiscard]] bool await_resume() const { return sleep->slept; }
-        std::shared_ptr<Sleep> sleep;
+        void await_suspend(std::coroutine_handle<> handle) { sleep.handle = handle; }
+        [[nodiscard]] bool await_resume() const { return sleep.slept; }
+        Sleep& sleep;
     };
     m_requestedSleeps.push_back(seconds);
     const auto sleep = std::make_shared<Sleep>();
@@ -89,7 +89,9 @@ QCoro::Task<bool> ManualScheduler::sleep(double seconds, std::stop_token stop) {
             sleep->end(false);
         });
     });
-    co_return co_await Suspension{sleep};
+    // A name of its own: GCC 12 destroys a braced temporary twice when it is awaited in place.
+    Suspension suspension{*sleep};
+    co_return co_await suspension;
 }
 
 void ManualScheduler::onMainThread(std::function<void()> work) {
