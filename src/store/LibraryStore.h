@@ -1,6 +1,7 @@
 #pragma once
 
 #include "store/EntityTraits.h"
+#include "store/OpenReport.h"
 #include "store/Query.h"
 #include "store/Replacement.h"
 #include "store/StoreContext.h"
@@ -10,9 +11,7 @@
 
 #include <cstdint>
 #include <filesystem>
-#include <limits>
 #include <memory>
-#include <optional>
 #include <vector>
 
 namespace ondavia {
@@ -23,14 +22,6 @@ struct StoreOptions final {
     /// The largest file of downloaded rows, in bytes: a provider that sends without end must not fill the
     /// device. A replacement that would grow past it fails like one on a full device.
     std::int64_t maximumDownloadBytes = std::int64_t{8} << 30;
-};
-
-/// What `LibraryStore::open` found broken and did about it.
-struct OpenReport final {
-    /// Where the user's damaged file was kept; favourites, history and playlist start empty then.
-    std::optional<std::filesystem::path> damagedUserFile;
-    /// Downloaded files that were damaged and start empty.
-    std::vector<StoreFile> rebuiltFiles;
 };
 
 /// The on-disk store of the five entities: `user.db`, `catalogue.db` and `guide.db` in one folder that
@@ -63,6 +54,7 @@ public:
 
     /// The files, for contexts and replacements. Any thread.
     [[nodiscard]] StoreFolder& folder() { return *m_folder; }
+    [[nodiscard]] const StoreOptions& options() const { return m_options; }
 
     /// Has `changed` emitted for each of `kinds`: at once on the main thread, soon from any other.
     void announce(const std::vector<EntityKind>& kinds);
@@ -72,9 +64,11 @@ public:
     Q_SIGNAL void changed(ondavia::EntityKind kind);
 
 private:
-    LibraryStore(std::unique_ptr<StoreFolder> folder, OpenReport report);
+    LibraryStore(std::unique_ptr<StoreFolder> folder, const StoreOptions& options, OpenReport report);
+    void announceNow(const std::vector<EntityKind>& kinds);
 
     std::unique_ptr<StoreFolder> m_folder;
+    StoreOptions m_options;
     OpenReport m_report;
     StoreContext m_mainContext;
 };

@@ -1,6 +1,5 @@
 #pragma once
 
-#include "base/AppLogger.h"
 #include "store/LibraryStore.h"
 
 #include <QObject>
@@ -14,8 +13,6 @@ namespace ondavia {
 /// Calls back when a kind changed: once, on the main thread in a later turn of its event loop, however
 /// many changes there were since. Must not outlive the store. Main thread.
 class ChangeListener final : public QObject {
-    Q_OBJECT
-
 public:
     ChangeListener(LibraryStore& store, EntityKind kind, std::function<void()> onChange);
 
@@ -26,6 +23,8 @@ private:
     std::function<void()> m_onChange;
     bool m_isScheduled = false;
 };
+
+void logFailedQuery(const StoreError& error);
 
 /// A query and its present result: runs when made, and again after each change of its kind, several
 /// changes in one turn of the event loop together. A run that fails is logged and leaves the result as it
@@ -56,7 +55,7 @@ private:
         try {
             m_results = m_store.mainContext().fetch(m_query);
         } catch (const StoreError& error) {
-            AppLogger::general.error("Live query failed: %s", {error.what()});
+            logFailedQuery(error);
         }
     }
     void refresh() {

@@ -26,6 +26,7 @@ struct ReplacementFormat final {
     EntityKind kind;
     StoreFile file;
     IdRule idRule;
+    std::string table;
     std::string insertSql;
 };
 
@@ -51,7 +52,8 @@ template<DownloadedEntity T> class Replacement final {
 public:
     explicit Replacement(LibraryStore& store)
         : m_writer(beginReplacement(store, {EntityTraits<T>::kind, EntityTraits<T>::file,
-                                            EntityTraits<T>::idRule, insertText<T>(KeyParameter::First)})) {}
+                                            EntityTraits<T>::idRule, std::string(EntityTraits<T>::table),
+                                            insertText<T>(KeyParameter::First)})) {}
 
     /// Adds rows after those that the section has. Where an id occurs more than once, the last row of the
     /// highest section survives, whatever the order of the calls for different sections. Guide rows are

@@ -10,6 +10,9 @@ namespace ondavia {
 
 class Connection;
 
+/// Binds the values of a SqlText. They are not copied: `values` outlives the statement's next step.
+void bindValues(SQLite::Statement& statement, const std::vector<QueryValue>& values);
+
 /// Runs `text` with its values. Raises StoreError.
 void execute(Connection& connection, const SqlText& text);
 

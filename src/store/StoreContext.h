@@ -97,7 +97,8 @@ public:
     }
 
     /// The keys of the rows of `query`: a list of 120,000 rows for the price of one index. A key names
-    /// its row until the kind changes; the next replacement gives none of them to another row.
+    /// its row until the kind changes. The keys of one replacement are not those of the one before it, so
+    /// that a list not yet refreshed shows nothing rather than a wrong row.
     template<Entity T> [[nodiscard]] std::vector<std::int64_t> fetchKeys(const Query<T>& query = {}) {
         std::vector<std::int64_t> keys;
         read(EntityTraits<T>::file, selectText(keyColumn, query),
@@ -150,8 +151,13 @@ public:
 
     /// Commits the inserts and deletes since the last save, in their order, in one transaction a file;
     /// then the store tells that their kinds changed. On a failure nothing of them is kept, neither in
-    /// the files nor in this context, and StoreError is raised. Without changes nothing happens.
+    /// the files nor in this context, and StoreError is raised. (The files are committed one after the
+    /// other, the user's first: should the very commit of a later one fail, the earlier ones stay.)
+    /// Without changes nothing happens.
     void save();
+
+    /// Lets go of files whose rows have been replaced, to free their disk space.
+    void closeReplacedFiles();
 
 private:
     /// One buffered change.
@@ -177,7 +183,10 @@ private:
     void read(StoreFile file, const SqlText& text, const std::function<void(SQLite::Statement&)>& receive);
     void checkThread();
     Connection& connection(StoreFile file);
-    class Saving;
+    class FileSave;
+    class TransactionSave;
+    class AnewSave;
+    [[nodiscard]] std::unique_ptr<FileSave> beginSave(const Change& first);
 
     LibraryStore& m_store;
     std::thread::id m_thread;
