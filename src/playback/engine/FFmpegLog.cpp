@@ -1,0 +1,50 @@
+#include "playback/engine/FFmpegLog.h"
+
+#include "base/AppLogger.h"
+
+#include <array>
+#include <cstdarg>
+#include <string>
+#include <string_view>
+
+extern "C" {
+#include <libavutil/log.h>
+}
+
+namespace ondavia::engine {
+namespace {
+
+/// Damaged streams make decoders and demuxers complain many times a second, and play on: diagnostics. What
+/// protocols report is why a stream failed.
+bool isFailure(void* source, int level) {
+    const auto* avClass = source == nullptr ? nullptr : *static_cast<const AVClass* const*>(source);
+    return level <= AV_LOG_ERROR && avClass != nullptr && avClass->category == AV_CLASS_CATEGORY_NA;
+}
+
+void write(void* source, int level, const char* format, va_list arguments) {
+    if (level > AV_LOG_WARNING) {
+        return;
+    }
+    std::array<char, 1024> buffer{};
+    // Not kept from call to call: a line that FFmpeg writes in pieces comes out in pieces.
+    int printPrefix = 1;
+    av_log_format_line2(source, level, format, arguments, buffer.data(), static_cast<int>(buffer.size()),
+                        &printPrefix);
+    std::string_view line(buffer.data());
+    while (line.ends_with('\n')) {
+        line.remove_suffix(1);
+    }
+    if (isFailure(source, level)) {
+        AppLogger::player.error("%s", {line});
+    } else {
+        AppLogger::player.debug("%s", {line});
+    }
+}
+
+} // namespace
+
+void takeOverFFmpegLog() {
+    av_log_set_callback(write);
+}
+
+} // namespace ondavia::engine

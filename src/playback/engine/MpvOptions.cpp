@@ -1,0 +1,150 @@
+#include "playback/engine/MpvOptions.h"
+
+#include "base/AppLogger.h"
+#include "base/Text.h"
+
+#include <algorithm>
+#include <array>
+#include <functional>
+
+namespace ondavia::engine {
+namespace {
+
+using Options = std::vector<MpvOption>;
+
+/// What a stream's own content (an HLS playlist, say) may open in turn: the network, never files.
+constexpr std::string_view nestedProtocols =
+    "http,https,httpproxy,tls,tcp,udp,rtp,rtcp,rtmp,rtmps,rtmpt,ffrtmphttp,crypto,data";
+
+constexpr std::array<std::string_view, 10> playableSchemes = {"http",  "https", "rtmp", "rtmps", "rtsp",
+                                                              "rtsps", "udp",   "rtp",  "mmsh",  "file"};
+
+/// A list option of mpv takes "%<length>%<text>" for a value that holds commas.
+std::string quotedListValue(std::string_view key, std::string_view value) {
+    return std::string(key) + "=%" + std::to_string(value.size()) + "%" + std::string(value);
+}
+
+Options hardwareDecoding(std::int64_t wanted) {
+    return {{"hwdec", wanted == 0 ? "no" : "auto-copy-safe"}};
+}
+
+Options bufferSize(std::int64_t bytes) {
+    return {{"demuxer-max-bytes", std::to_string(bytes)}, {"demuxer-max-back-bytes", std::to_string(bytes)}};
+}
+
+Options analysisLimit(std::int64_t microseconds) {
+    return {{"demuxer-lavf-analyzeduration", std::to_string(static_cast<double>(microseconds) / 1e6)}};
+}
+
+Options frameDropping(std::int64_t wanted) {
+    return {{"framedrop", wanted == 0 ? "no" : "vo"}};
+}
+
+Options nothing(std::int64_t /*value*/) {
+    return {};
+}
+
+struct OptionRule final {
+    FSOptions::Category category;
+    std::string_view key;
+    Options (*translate)(std::int64_t value);
+    /// Why it becomes what it becomes.
+    std::string_view reason;
+};
+
+constexpr std::array<OptionRule, 5> rules = {{
+    {FSOptions::Category::Player, "videotoolbox", hardwareDecoding,
+     "hardware decoding; with copying, since the picture is drawn in a context that may not share memory "
+     "with the decoder"},
+    {FSOptions::Category::Player, "max-buffer-size", bufferSize,
+     "bytes read ahead; as many are kept behind the position, for seeking back without the network"},
+    {FSOptions::Category::Format, "analyzeduration", analysisLimit,
+     "an upper limit in microseconds, which mpv takes in seconds; streams that say what they are start at "
+     "once"},
+    {FSOptions::Category::Player, "framedrop", frameDropping,
+     "late frames are dropped on output, decoded all the same, so that the picture stays clean"},
+    {FSOptions::Category::Player, "overlay-format", nothing,
+     "no equivalent: mpv picks the surface's pixel format itself"},
+}};
+
+} // namespace
+
+std::vector<MpvOption> baseOptions() {
+    return {
+        // Nothing from the user's own mpv, and no window, keyboard or terminal of mpv's.
+        {"config", "no"},
+        {"terminal", "no"},
+        {"load-scripts", "no"},
+        {"load-stats-overlay", "no"},
+        {"load-osd-console", "no"},
+        {"load-auto-profiles", "no"},
+        {"osc", "no"},
+        {"osd-level", "0"},
+        {"ytdl", "no"},
+        {"input-default-bindings", "no"},
+        {"input-builtin-bindings", "no"},
+        {"input-vo-keyboard", "no"},
+        {"input-media-keys", "no"},
+        {"stop-screensaver", "no"},
+        {"resume-playback", "no"},
+        {"save-position-on-quit", "no"},
+        // The core waits for its URL, and after the end keeps the last picture up and can seek back.
+        {"idle", "yes"},
+        {"keep-open", "yes"},
+        {"keep-open-pause", "no"},
+        // No subtitle shows before somebody picks one, and no neighbouring file is looked for.
+        {"sid", "no"},
+        {"autoload-files", "no"},
+        // Whoever lists the sound server's streams reads a name, not an address.
+        {"audio-client-name", "Ondavia"},
+        {"force-media-title", "Ondavia"},
+        {"audio-fallback-to-null", "yes"},
+        // The provider's bytes go to FFmpeg's demuxers alone, so that they cannot be a playlist, an edit
+        // list or an archive of mpv's, and what they refer to is fetched over the network or not at all.
+        {"demuxer", "lavf"},
+        {"sub-demuxer", "lavf"},
+        {"load-unsafe-playlists", "no"},
+        {"ordered-chapters", "no"},
+        {"cache-on-disk", "no"},
+        {"demuxer-lavf-o", quotedListValue("protocol_whitelist", nestedProtocols)},
+        {"tls-verify", "yes"},
+        // A cut must show as one: whoever owns the engine decides about another try.
+        {"stream-lavf-o",
+         "reconnect=0," + quotedListValue("protocol_whitelist", std::string(nestedProtocols) + ",file")},
+        // Used only where there is no OpenGL.
+        {"sws-fast", "yes"},
+        {"sws-scaler", "bilinear"},
+        {"zimg-scaler", "bilinear"},
+        {"zimg-dither", "no"},
+    };
+}
+
+std::vector<MpvOption> translated(const FSOptions& options) {
+    Options result;
+    for (const auto& entry : options.entries()) {
+        const auto rule = std::find_if(rules.begin(), rules.end(), [&entry](const OptionRule& candidate) {
+            return candidate.category == entry.category && candidate.key == entry.key;
+        });
+        if (rule == rules.end()) {
+            AppLogger::player.error("Unknown engine option %{public}s", {entry.key});
+            continue;
+        }
+        std::ranges::move(rule->translate(parseDecimalInteger(entry.value).value_or(0)),
+                          std::back_inserter(result));
+    }
+    return result;
+}
+
+bool isPlayableAddress(std::string_view address) {
+    const auto mark = address.find("://");
+    if (mark == std::string_view::npos) {
+        return false;
+    }
+    std::string scheme(address.substr(0, mark));
+    std::ranges::transform(scheme, scheme.begin(), [](unsigned char character) {
+        return static_cast<char>(character >= 'A' && character <= 'Z' ? character + 32 : character);
+    });
+    return std::ranges::find(playableSchemes, scheme) != playableSchemes.end();
+}
+
+} // namespace ondavia::engine

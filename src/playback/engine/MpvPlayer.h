@@ -1,0 +1,128 @@
+#pragma once
+
+#include "platform/FSPlayer.h"
+#include "playback/engine/MpvPlayerFactory.h"
+#include "playback/engine/PlaybackModel.h"
+
+#include <QObject>
+#include <QTimer>
+
+#include <atomic>
+#include <memory>
+#include <optional>
+#include <string>
+#include <vector>
+
+struct mpv_event;
+
+namespace ondavia::engine {
+
+class MpvHandle;
+class MpvVideoItem;
+
+/// The engine on libmpv, and its own view.
+///
+/// Lives on the main thread, where mpv's events are taken and all notifications are posted, so that what
+/// is read there is one consistent state and nothing is posted once `shutdown` returned. Commands go to
+/// mpv asynchronously. The stream is opened at once; before tracks are chosen mpv waits, by a hook, until
+/// there is something to draw on.
+class MpvPlayer final : public QObject,
+                        public FSPlayer,
+                        public FSPlayerView,
+                        public std::enable_shared_from_this<MpvPlayer> {
+    Q_OBJECT
+
+public:
+    MpvPlayer(NotificationCenter& center, MpvOutputs outputs, std::string content, const FSOptions& options);
+    ~MpvPlayer() override;
+
+    void setScalingMode(FSScalingMode mode) override;
+    void setShouldAutoplay(bool autoplay) override;
+    [[nodiscard]] FSPlayerView* view() override { return this; }
+    void setPlaybackVolume(float volume) override;
+    [[nodiscard]] float playbackVolume() const override { return m_volume; }
+    void prepareToPlay() override;
+    void play() override;
+    void pause() override;
+    void shutdown() override;
+    [[nodiscard]] double currentPlaybackTime() const override { return m_state.position; }
+    void setCurrentPlaybackTime(double seconds) override;
+    [[nodiscard]] double duration() const override { return m_state.duration; }
+    [[nodiscard]] FSPlaybackState playbackState() const override { return m_playbackState; }
+    [[nodiscard]] unsigned loadState() const override { return m_loadState; }
+    [[nodiscard]] bool isPlaying() const override { return m_playbackState == FSPlaybackState::Playing; }
+    [[nodiscard]] float playbackRate() const override { return m_rate; }
+    void setPlaybackRate(float rate) override;
+    [[nodiscard]] FSMonitor monitor() const override { return monitorOf(m_state.tracks); }
+    void exchangeSelectedStream(std::int32_t streamIndex) override;
+    void closeCurrentStream(const std::string& streamType) override;
+    void loadSubtitlesOnly(const std::vector<std::string>& urls) override;
+    void loadThenActiveSubtitle(const std::string& url) override;
+
+    [[nodiscard]] QQuickItem* item() override;
+    [[nodiscard]] float darPreference() const override { return m_aspectRatio; }
+    void setDarPreference(float ratio) override;
+    void setNeedsRefreshCurrentPic() override;
+
+private:
+    void startMpv(const FSOptions& options);
+    void commandWhenLoaded(std::vector<std::string> arguments);
+    void addSubtitle(const std::string& url, const std::string& flag);
+
+    /// Takes everything that mpv has to say. Runs in a turn of the main loop of its own.
+    void takeEvents();
+    void handle(const mpv_event& event);
+    void handleLoaded();
+    /// The tracks as they are once playback has begun.
+    void handleBeginning(TrackList tracks);
+    void handleEndOfFile(const mpv_event& event);
+    void handleLogMessage(const mpv_event& event) const;
+
+    void awaitOutput(std::uint64_t hook);
+    void openOutput();
+    void handleRendererReady();
+    void handleRendererLost();
+
+    /// Draws the conclusions from what was reported: stage, states, notifications.
+    void settle();
+    void settleBeginning();
+    void settleEnd();
+    void finish(FSFinishReason reason);
+    void publishStates();
+    void post(const char* name, QVariantMap userInfo = {});
+
+    NotificationCenter& m_center;
+    const MpvOutputs m_outputs;
+    const std::string m_content;
+    /// Null after `shutdown`.
+    std::shared_ptr<MpvHandle> m_handle;
+    /// Made when first asked for: without a window there is none.
+    std::unique_ptr<MpvVideoItem> m_item;
+    std::atomic<bool> m_eventsAnnounced = false;
+
+    MpvState m_state;
+    Stage m_stage = Stage::Opening;
+    SeekDirection m_lastSeek = SeekDirection::Forward;
+    FSPlaybackState m_playbackState = FSPlaybackState::Stopped;
+    unsigned m_loadState = 0;
+    TrackList m_publishedTracks;
+
+    bool m_wasPrepared = false;
+    bool m_wasShutDown = false;
+    bool m_drewFrame = false;
+    bool m_toldFirstFrame = false;
+    bool m_playbackBegan = false;
+    std::vector<std::vector<std::string>> m_commandsWhenLoaded;
+
+    /// mpv waits there for `openOutput`.
+    std::optional<std::uint64_t> m_hook;
+    QTimer m_outputTimeout;
+    bool m_rendererReady = false;
+    bool m_drawsNothing = false;
+
+    float m_volume = 1;
+    float m_rate = 1;
+    float m_aspectRatio = 0;
+};
+
+} // namespace ondavia::engine

@@ -1,0 +1,82 @@
+#include "playback/engine/MpvProperties.h"
+
+#include "playback/engine/MpvHandle.h"
+
+#include <array>
+#include <variant>
+
+namespace ondavia::engine {
+namespace {
+
+enum class WhenAbsent { Reset, Keep };
+
+struct ObservedProperty final {
+    const char* name;
+    std::variant<bool MpvState::*, double MpvState::*, TrackList MpvState::*> member;
+    WhenAbsent whenAbsent = WhenAbsent::Reset;
+};
+
+const std::array<ObservedProperty, 9> observed = {{
+    {"pause", &MpvState::paused},
+    {"seeking", &MpvState::seeking},
+    {"paused-for-cache", &MpvState::pausedForCache},
+    {"eof-reached", &MpvState::endReached},
+    {"demuxer-cache-idle", &MpvState::cacheFull},
+    {"demuxer-cache-duration", &MpvState::cachedSeconds},
+    {"time-pos", &MpvState::position, WhenAbsent::Keep},
+    {"duration", &MpvState::duration},
+    {"track-list", &MpvState::tracks},
+}};
+
+/// 0 is the id of everything that nobody asked an answer for.
+constexpr std::uint64_t firstId = 1;
+
+mpv_format formatOf(bool MpvState::* /*member*/) {
+    return MPV_FORMAT_FLAG;
+}
+mpv_format formatOf(double MpvState::* /*member*/) {
+    return MPV_FORMAT_DOUBLE;
+}
+mpv_format formatOf(TrackList MpvState::* /*member*/) {
+    return MPV_FORMAT_NODE;
+}
+
+void assign(bool& value, const void* data) {
+    value = *static_cast<const int*>(data) != 0;
+}
+void assign(double& value, const void* data) {
+    value = *static_cast<const double*>(data);
+}
+void assign(TrackList& value, const void* data) {
+    value = parseTrackList(*static_cast<const mpv_node*>(data));
+}
+
+template<class Value>
+void apply(MpvState& state, Value MpvState::*member, WhenAbsent whenAbsent,
+           const mpv_event_property& property) {
+    if (property.format == formatOf(member)) {
+        assign(state.*member, property.data);
+    } else if (whenAbsent == WhenAbsent::Reset) {
+        state.*member = Value();
+    }
+}
+
+} // namespace
+
+void observeProperties(MpvHandle& handle) {
+    std::uint64_t id = firstId;
+    for (const auto& entry : observed) {
+        const auto format = std::visit([](auto member) { return formatOf(member); }, entry.member);
+        handle.observe(id++, entry.name, format);
+    }
+}
+
+void applyProperty(MpvState& state, std::uint64_t id, const mpv_event_property& property) {
+    if (id < firstId || id - firstId >= observed.size()) {
+        return;
+    }
+    const auto& entry = observed[id - firstId];
+    std::visit([&](auto member) { apply(state, member, entry.whenAbsent, property); }, entry.member);
+}
+
+} // namespace ondavia::engine

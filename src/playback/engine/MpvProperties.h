@@ -1,0 +1,35 @@
+#pragma once
+
+#include "playback/engine/TrackList.h"
+
+struct mpv_event_property;
+
+namespace ondavia::engine {
+
+class MpvHandle;
+
+/// What mpv reported last. Times in seconds.
+struct MpvState final {
+    bool paused = false;
+    bool seeking = false;
+    bool pausedForCache = false;
+    bool endReached = false;
+    /// The read-ahead has all that it wants.
+    bool cacheFull = false;
+    /// What is read ahead.
+    double cachedSeconds = 0;
+    /// Stays at its last value when mpv has none, as at the end of a file.
+    double position = 0;
+    /// 0 when not known.
+    double duration = 0;
+    TrackList tracks;
+};
+
+/// Has every property of MpvState reported, under ids of the table's own.
+void observeProperties(MpvHandle& handle);
+
+/// Takes the report of the property with this id over into `state`; ids that the table did not give out
+/// are left alone.
+void applyProperty(MpvState& state, std::uint64_t id, const mpv_event_property& property);
+
+} // namespace ondavia::engine

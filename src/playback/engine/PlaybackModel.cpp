@@ -1,0 +1,49 @@
+#include "playback/engine/PlaybackModel.h"
+
+#include <algorithm>
+#include <cmath>
+
+namespace ondavia::engine {
+
+FSPlaybackState playbackStateOf(Stage stage, const MpvState& state, SeekDirection lastSeek) {
+    if (stage != Stage::Started) {
+        return FSPlaybackState::Stopped;
+    }
+    if (state.seeking) {
+        return lastSeek == SeekDirection::Forward ? FSPlaybackState::SeekingForward
+                                                  : FSPlaybackState::SeekingBackward;
+    }
+    return state.paused ? FSPlaybackState::Paused : FSPlaybackState::Playing;
+}
+
+unsigned loadStateOf(Stage stage, const MpvState& state) {
+    if (stage == Stage::Ended) {
+        return FSLoadStatePlayable | FSLoadStatePlaythroughOK;
+    }
+    if (stage != Stage::Started) {
+        return 0;
+    }
+    constexpr double nothingCached = 0.05;
+    const bool seekingWithoutData = state.seeking && !state.cacheFull && state.cachedSeconds < nothingCached;
+    if (state.pausedForCache || seekingWithoutData) {
+        return FSLoadStateStalled;
+    }
+    constexpr double plenty = 10;
+    const bool enough = state.cacheFull || state.cachedSeconds >= plenty;
+    return FSLoadStatePlayable | (enough ? FSLoadStatePlaythroughOK : 0);
+}
+
+FSFinishReason reasonOfEnd(double position, double duration) {
+    constexpr double slackSeconds = 3;
+    constexpr double slackShare = 0.02;
+    const double slack = std::max(slackSeconds, duration * slackShare);
+    const bool atKnownEnd = duration > 0 && position >= duration - slack;
+    return atKnownEnd ? FSFinishReason::PlaybackEnded : FSFinishReason::PlaybackError;
+}
+
+double mpvVolume(float gain) {
+    constexpr double full = 100;
+    return full * std::cbrt(std::clamp(static_cast<double>(gain), 0.0, 1.0));
+}
+
+} // namespace ondavia::engine

@@ -1,0 +1,37 @@
+#pragma once
+
+#include "platform/FSPlayer.h"
+#include "playback/engine/MpvProperties.h"
+
+namespace ondavia::engine {
+
+/// How far an engine has come with its one URL.
+enum class Stage {
+    /// Nothing was asked for yet, or the stream is being opened.
+    Opening,
+    /// The stream is open; no picture or sound yet.
+    Prepared,
+    /// The first picture or sound is out.
+    Started,
+    /// The end was reached; seeking back leads to Started again.
+    Ended,
+    /// The stream failed; this engine does nothing more.
+    Failed,
+};
+
+enum class SeekDirection { Forward, Backward };
+
+[[nodiscard]] FSPlaybackState playbackStateOf(Stage stage, const MpvState& state, SeekDirection lastSeek);
+
+/// FSLoadState bits; 0 until the first picture or sound is out.
+[[nodiscard]] unsigned loadStateOf(Stage stage, const MpvState& state);
+
+/// mpv reports a cut connection as the end of the data, so the position decides: an end well before the
+/// known end is an error, and so is any end of a stream that has none, as a live channel. Seconds;
+/// `duration` 0 when not known.
+[[nodiscard]] FSFinishReason reasonOfEnd(double position, double duration);
+
+/// mpv's volume (0 to 100, a cube root of the gain) for a gain of 0.0 to 1.0.
+[[nodiscard]] double mpvVolume(float gain);
+
+} // namespace ondavia::engine
