@@ -36,7 +36,7 @@ SQLite::Database openDatabase(StoreFile kind, const std::filesystem::path& file)
 /// deleted either.
 const char* settings(StoreFile kind, ConnectionUse use) {
     if (use == ConnectionUse::Building) {
-        return "PRAGMA page_size = 8192; PRAGMA journal_mode = OFF; PRAGMA synchronous = OFF;"
+        return "PRAGMA page_size = 16384; PRAGMA journal_mode = OFF; PRAGMA synchronous = OFF;"
                "PRAGMA secure_delete = OFF; PRAGMA cache_size = -16384";
     }
     if (kind == StoreFile::User) {

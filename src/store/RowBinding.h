@@ -34,11 +34,10 @@ template<class Member> void bindMember(SQLite::Statement& statement, int index, 
     }
 }
 
-/// Reads one member from the statement's present row.
-template<class Member> Member readMember(SQLite::Statement& statement, int index) {
-    const SQLite::Column column = statement.getColumn(index);
+/// Reads one member from its column in the present row.
+template<class Member> Member readMember(const SQLite::Column& column) {
     if constexpr (IsOptional<Member>::value) {
-        return column.isNull() ? Member{} : Member{readMember<typename Member::value_type>(statement, index)};
+        return column.isNull() ? Member{} : Member{readMember<typename Member::value_type>(column)};
     } else if constexpr (std::is_same_v<Member, std::string>) {
         return column.getString();
     } else if constexpr (std::is_same_v<Member, Date>) {
@@ -69,7 +68,7 @@ template<Entity T> T readEntity(SQLite::Statement& statement, int firstIndex) {
         [&](const auto&... column) {
             int index = firstIndex;
             const auto read = [&](auto& member) {
-                member = readMember<std::remove_cvref_t<decltype(member)>>(statement, index++);
+                member = readMember<std::remove_cvref_t<decltype(member)>>(statement.getColumn(index++));
             };
             (read(row.*column.member), ...);
         },

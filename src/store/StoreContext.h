@@ -91,7 +91,7 @@ public:
         text.sql = "SELECT " + column + ", count(*)" + text.sql + " GROUP BY 1 ORDER BY 1";
         std::vector<std::pair<Value, std::int64_t>> counts;
         read(EntityTraits<T>::file, text, [&counts](SQLite::Statement& row) {
-            counts.emplace_back(readMember<Value>(row, 0), row.getColumn(1).getInt64());
+            counts.emplace_back(readMember<Value>(row.getColumn(0)), row.getColumn(1).getInt64());
         });
         return counts;
     }
@@ -126,7 +126,8 @@ public:
         read(EntityTraits<T>::file, selectText(selected, query), [&rows](SQLite::Statement& row) {
             int index = 1;
             // The braces fix the order of the reads.
-            rows.push_back({row.getColumn(0).getInt64(), std::tuple{readMember<Members>(row, index++)...}});
+            rows.push_back(
+                {row.getColumn(0).getInt64(), std::tuple{readMember<Members>(row.getColumn(index++))...}});
         });
         return rows;
     }
