@@ -44,9 +44,12 @@ public:
             m_picture = window->createImageNode();
             m_picture->setOwnsTexture(true);
             m_picture->setFiltering(QSGTexture::Linear);
-            appendChildNode(m_picture);
         }
         m_picture->setTexture(texture);
+        // Only now: the software scene graph looks at the texture of a node that joins it.
+        if (m_picture->parent() == nullptr) {
+            appendChildNode(m_picture);
+        }
         m_picture->markDirty(QSGNode::DirtyMaterial);
         m_frame = std::move(frame);
     }
