@@ -20,12 +20,10 @@ bool isSecret(const PathStep* path) {
 std::string pathText(const PathStep* path) {
     std::string text;
     for (; path != nullptr; path = path->parent) {
-        if (path->position >= 0) {
-            text.insert(0, "[" + std::to_string(path->position) + "]");
-        } else {
-            const bool needsDot = !text.empty() && text.front() != '[';
-            text.insert(0, std::string(path->key) + (needsDot ? "." : ""));
-        }
+        const bool needsDot = !text.empty() && text.front() != '[';
+        const std::string step =
+            path->position >= 0 ? "[" + std::to_string(path->position) + "]" : std::string(path->key);
+        text.insert(0, step + (needsDot ? "." : ""));
     }
     return text;
 }

@@ -1,0 +1,83 @@
+#include "WireSupport.h"
+
+namespace ondavia {
+namespace {
+
+using testing::refusal;
+
+XtreamSeriesInfo decode(std::string_view json) {
+    return decodeReply<XtreamSeriesInfo>(json, "get_series_info");
+}
+
+std::vector<std::string> seasonKeys(const XtreamSeriesInfo& info) {
+    std::vector<std::string> keys;
+    for (const auto& [key, episodes] : info.episodes.value()) {
+        keys.push_back(key);
+    }
+    return keys;
+}
+
+using Keys = std::vector<std::string>;
+
+TEST(XtreamSeriesInfo, readsEveryField) {
+    const auto info = decode(R"({
+        "seasons":[{"air_date":"2015-03-01","episode_count":10,"id":5,"name":"T1","overview":"o",
+            "season_number":1,"cover":"c","cover_big":"cb"}],
+        "info":{"name":"n","cover":"c","plot":"p","cast":"a","director":"d","genre":"g",
+            "releaseDate":"2015-03-01","rating":"8","backdrop_path":["b"],"youtube_trailer":"y"},
+        "episodes":{"1":[{"id":"5012","episode_num":"3","title":"t","container_extension":"mkv",
+            "info":{"movie_image":"m","plot":"p","releasedate":"2015-03-08","rating":8.1,"duration":"00:42:00",
+                "duration_secs":2520,"bitrate":1800,"cover_big":"b"},
+            "subtitles":["s"],"season":1}]}})");
+    EXPECT_EQ(info.seasons, (std::vector<XtreamSeason>{{"2015-03-01", 10, 5, "T1", "o", 1, "c", "cb"}}));
+    EXPECT_EQ(info.info, (XtreamSeriesDetail{"n", "c", "p", "a", "d", "g", "2015-03-01", "8",
+                                             std::vector<std::string>{"b"}, "y"}));
+    XtreamEpisode episode;
+    episode.id = "5012";
+    episode._episodeNum.value = 3;
+    episode.title = "t";
+    episode.containerExtension = "mkv";
+    episode.info = XtreamEpisodeInfo{"m", "p", "2015-03-08", {"8.1"}, "00:42:00", 2520, 1800, "b"};
+    episode.subtitles = {"s"};
+    episode.season = 1;
+    EXPECT_EQ(info.episodes, (XtreamEpisodeMap{{"1", {episode}}}));
+}
+
+TEST(XtreamSeriesInfo, keepsTheKeysOfAnObjectOfEpisodes) {
+    EXPECT_EQ(seasonKeys(decode(R"({"episodes":{"1":[],"2":[{}]}})")), (Keys{"1", "2"}));
+    EXPECT_EQ(seasonKeys(decode(R"({"episodes":{}})")), Keys{});
+}
+
+TEST(XtreamSeriesInfo, numbersTheEntriesOfAListOfEpisodes) {
+    EXPECT_EQ(seasonKeys(decode(R"({"episodes":[[{}],null,[]]})")), (Keys{"0", "2"}));
+    EXPECT_EQ(seasonKeys(decode(R"({"episodes":[]})")), Keys{});
+    EXPECT_EQ(seasonKeys(decode(R"({"episodes":[null]})")), Keys{});
+}
+
+TEST(XtreamSeriesInfo, losesOnlyItsEpisodesToAMalformedOne) {
+    for (const char* episodes : {R"("none")", "5", "true", "null", R"({"1":[{"id":5}]})",
+                                 R"([[{}],[{"season":"1"}]])", R"({"1":null})", R"({"1":{}})", R"([{}])",
+                                 R"([[{"info":[]}]])", R"([[null]])", R"({"1":[],"2":[{"title":1}]})"}) {
+        const auto info = decode(std::string(R"({"episodes":)") + episodes +
+                                 R"(,"seasons":[{"id":1}],"info":{"name":"n"}})");
+        EXPECT_EQ(info.episodes, std::nullopt) << episodes;
+        EXPECT_EQ(info.seasons.value().size(), 1U) << episodes;
+        EXPECT_EQ(info.info.value().name, "n") << episodes;
+    }
+}
+
+TEST(XtreamSeriesInfo, failsForAMalformedSeasonOrDetail) {
+    EXPECT_EQ(refusal<XtreamSeriesInfo>(R"({"seasons":[{},{"id":"1"}]})")->keyPath(), "seasons[1].id");
+    EXPECT_EQ(refusal<XtreamSeriesInfo>(R"({"seasons":{}})")->keyPath(), "seasons");
+    EXPECT_EQ(refusal<XtreamSeriesInfo>(R"({"episodes":"x","info":{"name":5}})")->keyPath(), "info.name");
+    EXPECT_EQ(refusal<XtreamSeriesInfo>(R"({"info":{"releaseDate":2015}})")->keyPath(), "info.releaseDate");
+}
+
+TEST(XtreamSeriesInfo, takesANumberForAnEpisodesRatingOnly) {
+    const auto info = decode(R"({"episodes":{"1":[{"info":{"rating":8}}]}})");
+    EXPECT_EQ(info.episodes.value().at("1").at(0).info.value().rating(), "8");
+    EXPECT_EQ(refusal<XtreamSeriesInfo>(R"({"info":{"rating":8}})")->keyPath(), "info.rating");
+}
+
+} // namespace
+} // namespace ondavia
