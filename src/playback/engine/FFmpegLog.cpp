@@ -2,6 +2,8 @@
 
 #include "base/AppLogger.h"
 
+#include <mpv/client.h>
+
 #include <array>
 #include <cstdarg>
 #include <string>

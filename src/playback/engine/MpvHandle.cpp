@@ -2,7 +2,6 @@
 
 #include "base/AppLogger.h"
 #include "playback/engine/EngineReaper.h"
-#include "playback/engine/FFmpegLog.h"
 
 #include <cstdlib>
 #include <stdexcept>
@@ -39,7 +38,6 @@ std::shared_ptr<MpvHandle> MpvHandle::create(const std::vector<MpvOption>& optio
     if (const int status = mpv_initialize(raw); status < 0) {
         throw std::runtime_error(mpv_error_string(status));
     }
-    takeOverFFmpegLog();
     return handle;
 }
 

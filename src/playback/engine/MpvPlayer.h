@@ -47,7 +47,7 @@ public:
     void shutdown() override;
     [[nodiscard]] double currentPlaybackTime() const override { return m_state.position; }
     void setCurrentPlaybackTime(double seconds) override;
-    [[nodiscard]] double duration() const override { return m_state.duration; }
+    [[nodiscard]] double duration() const override { return durationOf(m_state); }
     [[nodiscard]] FSPlaybackState playbackState() const override { return m_playbackState; }
     [[nodiscard]] unsigned loadState() const override { return m_loadState; }
     [[nodiscard]] bool isPlaying() const override { return m_playbackState == FSPlaybackState::Playing; }

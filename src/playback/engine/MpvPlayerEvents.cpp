@@ -104,7 +104,7 @@ void MpvPlayer::handleEndOfFile(const mpv_event& event) {
         AppLogger::player.error("Playback failed: %{public}s", {mpv_error_string(end.error)});
         finish(FSFinishReason::PlaybackError);
     } else if (end.reason == MPV_END_FILE_REASON_EOF) {
-        finish(reasonOfEnd(m_state.position, m_state.duration));
+        finish(reasonOfEnd(m_state.position, durationOf(m_state)));
     }
 }
 
@@ -146,7 +146,7 @@ void MpvPlayer::settleBeginning() {
 void MpvPlayer::settleEnd() {
     const bool isRunning = m_stage == Stage::Prepared || m_stage == Stage::Started;
     if (m_state.endReached && isRunning) {
-        finish(reasonOfEnd(m_state.position, m_state.duration));
+        finish(reasonOfEnd(m_state.position, durationOf(m_state)));
     } else if (!m_state.endReached && m_stage == Stage::Ended) {
         m_stage = Stage::Started;
     }

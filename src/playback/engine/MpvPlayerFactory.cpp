@@ -1,6 +1,7 @@
 #include "playback/engine/MpvPlayerFactory.h"
 
 #include "playback/engine/EngineReaper.h"
+#include "playback/engine/FFmpegLog.h"
 #include "playback/engine/MpvPlayer.h"
 
 #include <QCoreApplication>
@@ -26,6 +27,7 @@ void waitAtEndOnce() {
 
 FSPlayerFactory makeMpvPlayerFactory(NotificationCenter& center, MpvOutputs outputs) {
     std::setlocale(LC_NUMERIC, "C");
+    engine::takeOverFFmpegLog();
     waitAtEndOnce();
     return [&center, outputs](const std::string& content,
                               const FSOptions& options) -> std::shared_ptr<FSPlayer> {

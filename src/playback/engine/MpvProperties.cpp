@@ -12,11 +12,11 @@ enum class WhenAbsent { Reset, Keep };
 
 struct ObservedProperty final {
     const char* name;
-    std::variant<bool MpvState::*, double MpvState::*, TrackList MpvState::*> member;
+    std::variant<bool MpvState::*, double MpvState::*, std::string MpvState::*, TrackList MpvState::*> member;
     WhenAbsent whenAbsent = WhenAbsent::Reset;
 };
 
-const std::array<ObservedProperty, 9> observed = {{
+const std::array<ObservedProperty, 13> observed = {{
     {"pause", &MpvState::paused},
     {"seeking", &MpvState::seeking},
     {"paused-for-cache", &MpvState::pausedForCache},
@@ -24,7 +24,11 @@ const std::array<ObservedProperty, 9> observed = {{
     {"demuxer-cache-idle", &MpvState::cacheFull},
     {"demuxer-cache-duration", &MpvState::cachedSeconds},
     {"time-pos", &MpvState::position, WhenAbsent::Keep},
-    {"duration", &MpvState::duration},
+    {"duration", &MpvState::reportedDuration},
+    {"seekable", &MpvState::seekable},
+    {"partially-seekable", &MpvState::seekableInCache},
+    {"file-size", &MpvState::fileSize},
+    {"file-format", &MpvState::fileFormat},
     {"track-list", &MpvState::tracks},
 }};
 
@@ -37,6 +41,9 @@ mpv_format formatOf(bool MpvState::* /*member*/) {
 mpv_format formatOf(double MpvState::* /*member*/) {
     return MPV_FORMAT_DOUBLE;
 }
+mpv_format formatOf(std::string MpvState::* /*member*/) {
+    return MPV_FORMAT_STRING;
+}
 mpv_format formatOf(TrackList MpvState::* /*member*/) {
     return MPV_FORMAT_NODE;
 }
@@ -46,6 +53,9 @@ void assign(bool& value, const void* data) {
 }
 void assign(double& value, const void* data) {
     value = *static_cast<const double*>(data);
+}
+void assign(std::string& value, const void* data) {
+    value = *static_cast<const char* const*>(data);
 }
 void assign(TrackList& value, const void* data) {
     value = parseTrackList(*static_cast<const mpv_node*>(data));

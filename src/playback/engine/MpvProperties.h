@@ -20,8 +20,15 @@ struct MpvState final {
     double cachedSeconds = 0;
     /// Stays at its last value when mpv has none, as at the end of a file.
     double position = 0;
-    /// 0 when not known.
-    double duration = 0;
+    /// The greater of what the container says and what was read so far; 0 when there is neither.
+    double reportedDuration = 0;
+    bool seekable = false;
+    /// Seekable in what is read ahead, and only there.
+    bool seekableInCache = false;
+    /// Bytes; 0 when the server does not say.
+    double fileSize = 0;
+    /// FFmpeg's name of the container.
+    std::string fileFormat;
     TrackList tracks;
 };
 

@@ -33,6 +33,13 @@ unsigned loadStateOf(Stage stage, const MpvState& state) {
     return FSLoadStatePlayable | (enough ? FSLoadStatePlaythroughOK : 0);
 }
 
+double durationOf(const MpvState& state) {
+    const bool canBeSoughtThrough = state.seekable && !state.seekableInCache;
+    // The size of a playlist says nothing of what it lists.
+    const bool isFile = state.fileSize > 0 && state.fileFormat != "hls" && state.fileFormat != "dash";
+    return canBeSoughtThrough || isFile ? state.reportedDuration : 0;
+}
+
 FSFinishReason reasonOfEnd(double position, double duration) {
     constexpr double slackSeconds = 3;
     constexpr double slackShare = 0.02;

@@ -26,6 +26,10 @@ enum class SeekDirection { Forward, Backward };
 /// FSLoadState bits; 0 until the first picture or sound is out.
 [[nodiscard]] unsigned loadStateOf(Stage stage, const MpvState& state);
 
+/// Seconds; 0 for a stream without an end, as a live channel. For those mpv counts what was read so far, so
+/// a duration stands only when the stream can be sought through or is a file of known size.
+[[nodiscard]] double durationOf(const MpvState& state);
+
 /// mpv reports a cut connection as the end of the data, so the position decides: an end well before the
 /// known end is an error, and so is any end of a stream that has none, as a live channel. Seconds;
 /// `duration` 0 when not known.

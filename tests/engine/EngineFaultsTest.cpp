@@ -1,0 +1,164 @@
+#include "engine/EngineTestSupport.h"
+
+#include <gmock/gmock.h>
+
+#include <fstream>
+
+namespace ondavia::testing {
+namespace {
+
+using namespace std::chrono_literals;
+using ::testing::HasSubstr;
+using ::testing::Not;
+
+std::string outcomeOf(const std::string& url) {
+    Engine engine(MpvOutputs::Null, url);
+    engine->prepareToPlay();
+    waitUntil([&] { return engine.has("finish:0") || engine.has("finish:1"); });
+    EXPECT_FALSE(engine->isPlaying());
+    return engine.events().empty() ? "nothing" : engine.events().back();
+}
+
+TEST(EngineFaults, RefusedConnectionIsAnError) {
+    std::string url;
+    {
+        const SilentServer gone;
+        url = gone.url("/live/user/word/1.ts");
+    }
+    EXPECT_EQ(outcomeOf(url), "finish:1");
+}
+
+TEST(EngineFaults, NotFoundIsAnError) {
+    const MediaServer server;
+    EXPECT_EQ(outcomeOf(server.url("/nowhere.ts")), "finish:1");
+}
+
+TEST(EngineFaults, PageInsteadOfAStreamIsAnError) {
+    const MediaServer server;
+    EXPECT_EQ(outcomeOf(server.url("/page")), "finish:1");
+}
+
+TEST(EngineFaults, MovieCutInTheMiddleIsAnErrorAndIsNotOpenedAgain) {
+    const MediaServer server;
+    Engine engine(MpvOutputs::Null, server.url("/cut/film.mp4"));
+    engine->prepareToPlay();
+    ASSERT_TRUE(engine.await("firstFrame"));
+    const int requests = server.requests();
+    ASSERT_TRUE(engine.await("finish:1"));
+    EXPECT_FALSE(engine.has("finish:0"));
+    EXPECT_GT(engine->currentPlaybackTime(), 1);
+    EXPECT_LT(engine->currentPlaybackTime(), 8);
+    EXPECT_EQ(server.requests(), requests);
+}
+
+TEST(EngineFaults, WholeMovieOverTheNetworkEndsWell) {
+    const MediaServer server;
+    Engine engine(MpvOutputs::Null, server.url("/file/user/word/film.mp4"));
+    engine->prepareToPlay();
+    ASSERT_TRUE(engine.await("state:1"));
+    engine->setCurrentPlaybackTime(10.5);
+    EXPECT_TRUE(engine.await("finish:0"));
+    EXPECT_FALSE(engine.has("finish:1"));
+}
+
+TEST(EngineFaults, ChannelThatClosesIsAnError) {
+    const MediaServer server;
+    Engine engine(MpvOutputs::Null, server.url("/short/film.ts"));
+    engine->prepareToPlay();
+    ASSERT_TRUE(engine.await("state:1"));
+    EXPECT_TRUE(engine.await("finish:1"));
+    EXPECT_FALSE(engine.has("finish:0"));
+}
+
+TEST(EngineFaults, AddressesOfMpvsOwnAreRefused) {
+    const std::string film = Media::shared().movie.substr(std::string("file://").size());
+    const std::vector<std::string> urls = {
+        "edl://" + film, "av://lavfi:testsrc", "memory://#EXTM3U", film, "lavf://" + film, "-"};
+    for (const std::string& url : urls) {
+        EXPECT_EQ(outcomeOf(url), "finish:1") << url;
+    }
+}
+
+TEST(EngineFaults, StreamCannotOpenLocalFiles) {
+    MediaServer server;
+    const std::string path = Media::shared().folder / "film.ts";
+    const std::vector<std::string> contents = {
+        "#EXTM3U\n#EXT-X-VERSION:3\n#EXT-X-TARGETDURATION:12\n#EXT-X-MEDIA-SEQUENCE:0\n#EXTINF:12,\nfile://" +
+            path + "\n#EXT-X-ENDLIST\n",
+        "#EXTM3U\n#EXTINF:12,x\n" + path + "\n",
+        "#EXTM3U\nfile://" + path + "\n",
+        "#EXTM3U\nedl://" + path + "\n",
+        "# mpv EDL v0\n" + path + "\n",
+        "[playlist]\nFile1=" + path + "\nNumberOfEntries=1\n",
+        "ffconcat version 1.0\nfile '" + path + "'\n",
+        "FILE \"" + path + "\" WAVE\n  TRACK 01 AUDIO\n    INDEX 01 00:00:00\n",
+    };
+    for (const auto& content : contents) {
+        server.setText(content);
+        EXPECT_EQ(outcomeOf(server.url("/text")), "finish:1") << content;
+    }
+}
+
+TEST(EngineFaults, HttpPlaylistOfSegmentsPlays) {
+    MediaServer server;
+    server.setText(
+        "#EXTM3U\n#EXT-X-VERSION:3\n#EXT-X-TARGETDURATION:12\n#EXT-X-MEDIA-SEQUENCE:0\n#EXTINF:12,\n" +
+        server.url("/file/user/word/film.ts") + "\n#EXT-X-ENDLIST\n");
+    Engine engine(MpvOutputs::Null, server.url("/text"));
+    engine->prepareToPlay();
+    EXPECT_TRUE(engine.await("state:1"));
+}
+
+TEST(EngineFaults, PlaylistWithoutAnEndHasNoDuration) {
+    MediaServer server;
+    server.setText(
+        "#EXTM3U\n#EXT-X-VERSION:3\n#EXT-X-TARGETDURATION:12\n#EXT-X-MEDIA-SEQUENCE:0\n#EXTINF:12,\n" +
+        server.url("/file/user/word/film.ts") + "\n");
+    Engine engine(MpvOutputs::Null, server.url("/text"));
+    engine->prepareToPlay();
+    ASSERT_TRUE(engine.awaitPosition(0.5));
+    EXPECT_EQ(engine->duration(), 0);
+}
+
+TEST(EngineFaults, FFmpegNeverWritesToStandardErrorByItself) {
+    const MediaServer server;
+    const LogCapture log;
+    ::testing::internal::CaptureStderr();
+    {
+        auto oldest = std::make_unique<Engine>(MpvOutputs::Null, Media::shared().movie);
+        Engine survivor(MpvOutputs::Null, server.url("/short/film.ts"));
+        survivor->prepareToPlay();
+        EXPECT_TRUE(survivor.await("state:1"));
+        oldest.reset();
+        EXPECT_TRUE(waitForShutDownEngines(10s));
+        EXPECT_TRUE(survivor.await("finish:1"));
+    }
+    EXPECT_TRUE(waitForShutDownEngines(10s));
+    EXPECT_EQ(::testing::internal::GetCapturedStderr(), "");
+    EXPECT_THAT(log.text(), HasSubstr("ends prematurely"));
+}
+
+TEST(EngineFaults, LogNeverHoldsTheAccount) {
+    const MediaServer server;
+    const LogCapture log;
+    {
+        Engine playing(MpvOutputs::Null, server.url("/file/ana/segredo/film.mp4"));
+        Engine missing(MpvOutputs::Null, server.url("/ana/segredo/1234"));
+        Engine query(MpvOutputs::Null, server.url("/x?username=ana&password=segredo"));
+        Engine foreign(MpvOutputs::Null, "edl://ana/segredo");
+        playing->prepareToPlay();
+        missing->prepareToPlay();
+        query->prepareToPlay();
+        foreign->prepareToPlay();
+        playing->loadSubtitlesOnly({server.url("/movie/ana/segredo/1.srt")});
+        EXPECT_TRUE(playing.await("state:1"));
+        EXPECT_TRUE(missing.await("finish:1"));
+        EXPECT_TRUE(query.await("finish:1"));
+    }
+    EXPECT_TRUE(waitForShutDownEngines(10s));
+    EXPECT_THAT(log.text(), HasSubstr("404"));
+    EXPECT_THAT(log.text(), Not(HasSubstr("segredo")));
+}
+
+} // namespace
+} // namespace ondavia::testing

@@ -1,0 +1,322 @@
+#include "engine/EngineTestSupport.h"
+
+#include <QProcess>
+#include <QQuickItem>
+#include <QQuickWindow>
+#include <QSGRendererInterface>
+
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <cstdlib>
+
+namespace ondavia::testing {
+namespace {
+
+using namespace std::chrono_literals;
+
+/// A window with a large host, as of a full-screen player, and a small one, as of the mini player.
+class Scene final {
+public:
+    Scene() {
+        m_window.setColor(Qt::darkGreen);
+        m_window.resize(640, 480);
+        m_large.setParentItem(m_window.contentItem());
+        m_large.setSize({640, 360});
+        m_small.setParentItem(m_window.contentItem());
+        m_small.setPosition({440, 365});
+        m_small.setSize({200, 112});
+        m_window.show();
+    }
+
+    [[nodiscard]] QQuickWindow& window() { return m_window; }
+    [[nodiscard]] QQuickItem* large() { return &m_large; }
+    [[nodiscard]] QQuickItem* small() { return &m_small; }
+
+    static void host(const Engine& engine, QQuickItem* host) {
+        QQuickItem* item = engine->view()->item();
+        item->setParentItem(host);
+        item->setPosition({0, 0});
+        item->setSize(host->size());
+    }
+
+    [[nodiscard]] QImage grab(const QQuickItem& host) {
+        return m_window.grabWindow().copy(host.mapRectToScene(host.boundingRect()).toRect());
+    }
+
+private:
+    QQuickWindow m_window;
+    QQuickItem m_large;
+    QQuickItem m_small;
+};
+
+/// Mean difference of two pictures, from 0 to 255.
+double difference(const QImage& one, const QImage& other) {
+    const QSize size(64, 36);
+    const auto small = [size](const QImage& image) {
+        return image.scaled(size, Qt::IgnoreAspectRatio, Qt::SmoothTransformation)
+            .convertToFormat(QImage::Format_RGB32);
+    };
+    const QImage a = small(one);
+    const QImage b = small(other);
+    double sum = 0;
+    for (int y = 0; y < size.height(); ++y) {
+        for (int x = 0; x < size.width(); ++x) {
+            const QRgb p = a.pixel(x, y);
+            const QRgb q = b.pixel(x, y);
+            sum +=
+                std::abs(qRed(p) - qRed(q)) + std::abs(qGreen(p) - qGreen(q)) + std::abs(qBlue(p) - qBlue(q));
+        }
+    }
+    return sum / 3 / size.width() / size.height();
+}
+
+bool isBlack(const QImage& image) {
+    QImage black(image.size(), QImage::Format_RGB32);
+    black.fill(Qt::black);
+    return difference(image, black) < 1;
+}
+
+bool showsPicture(Scene& scene, const QQuickItem* host) {
+    return waitUntil([&] { return !isBlack(scene.grab(*host)); }, 10s);
+}
+
+bool pictureMoves(Scene& scene, const QQuickItem* host) {
+    const QImage before = scene.grab(*host);
+    return waitUntil([&] { return difference(scene.grab(*host), before) > 1; }, 10s);
+}
+
+QImage frameOfFilm(double seconds) {
+    const auto folder = Media::shared().folder;
+    const QString path = QString::fromStdString((folder / "frame.png").string());
+    QProcess::execute(QStringLiteral("ffmpeg"),
+                      {QStringLiteral("-loglevel"), QStringLiteral("error"), QStringLiteral("-y"),
+                       QStringLiteral("-ss"), QString::number(seconds), QStringLiteral("-i"),
+                       QString::fromStdString((folder / "film.mp4").string()), QStringLiteral("-frames:v"),
+                       QStringLiteral("1"), path});
+    return QImage(path);
+}
+
+TEST(EngineWindow, ShowsTheFilmsPictureUprightAfterAFirstFrame) {
+    Scene scene;
+    Engine engine(MpvOutputs::Window, Media::shared().movie);
+    Scene::host(engine, scene.large());
+    engine->prepareToPlay();
+    ASSERT_TRUE(engine.await("state:1"));
+    EXPECT_LT(engine.indexOf("prepared"), engine.indexOf("firstFrame"));
+    EXPECT_LT(engine.indexOf("firstFrame"), engine.indexOf("state:1"));
+    EXPECT_EQ(engine.count("firstFrame"), 1);
+    const bool software = qgetenv("QT_QUICK_BACKEND") == "software";
+    EXPECT_EQ(scene.window().rendererInterface()->graphicsApi(),
+              software ? QSGRendererInterface::Software : QSGRendererInterface::OpenGL);
+    ASSERT_TRUE(pictureMoves(scene, scene.large()));
+
+    engine->pause();
+    engine->setCurrentPlaybackTime(5);
+    const QImage expected = frameOfFilm(5);
+    ASSERT_FALSE(expected.isNull());
+    EXPECT_TRUE(waitUntil([&] { return difference(scene.grab(*scene.large()), expected) < 8; }, 10s))
+        << difference(scene.grab(*scene.large()), expected);
+    EXPECT_GT(difference(scene.grab(*scene.large()).mirrored(), expected), 16);
+}
+
+TEST(EngineWindow, MovesBetweenHostsWithoutAStop) {
+    Scene scene;
+    const MediaServer server;
+    Engine engine(MpvOutputs::Window, server.url("/live/user/word/film.ts"));
+    Scene::host(engine, scene.large());
+    engine->prepareToPlay();
+    ASSERT_TRUE(engine.await("state:1"));
+    ASSERT_TRUE(showsPicture(scene, scene.large()));
+    const int requests = server.requests();
+    for (int round = 0; round < 3; ++round) {
+        double time = engine->currentPlaybackTime();
+        Scene::host(engine, scene.small());
+        EXPECT_TRUE(showsPicture(scene, scene.small()));
+        EXPECT_TRUE(pictureMoves(scene, scene.small()));
+        EXPECT_GT(engine->currentPlaybackTime(), time);
+        time = engine->currentPlaybackTime();
+        Scene::host(engine, scene.large());
+        EXPECT_TRUE(pictureMoves(scene, scene.large()));
+        EXPECT_GT(engine->currentPlaybackTime(), time);
+    }
+    EXPECT_EQ(server.requests(), requests);
+    EXPECT_EQ(engine.count("prepared"), 1);
+    EXPECT_EQ(engine.count("state:1"), 1);
+    EXPECT_FALSE(engine.has("state:2"));
+}
+
+TEST(EngineWindow, KeepsThePausedPictureOnTheWayToAnotherHost) {
+    Scene scene;
+    Engine engine(MpvOutputs::Window, Media::shared().movie);
+    Scene::host(engine, scene.large());
+    engine->prepareToPlay();
+    ASSERT_TRUE(engine.await("state:1"));
+    engine->pause();
+    ASSERT_TRUE(engine.await("state:2"));
+    ASSERT_TRUE(showsPicture(scene, scene.large()));
+    const QImage paused = scene.grab(*scene.large());
+    Scene::host(engine, scene.small());
+    EXPECT_LT(difference(scene.grab(*scene.small()), paused), 12) << "at once";
+    EXPECT_TRUE(waitUntil([&] { return difference(scene.grab(*scene.small()), paused) < 8; }, 5s));
+}
+
+TEST(EngineWindow, PlaysWithoutAHostAndShowsThePictureOnceThereIsOne) {
+    Scene scene;
+    Engine engine(MpvOutputs::Window, Media::shared().movie);
+    engine->prepareToPlay();
+    ASSERT_TRUE(engine.await("state:1"));
+    ASSERT_TRUE(engine.awaitPosition(0.5));
+    Scene::host(engine, scene.large());
+    EXPECT_TRUE(showsPicture(scene, scene.large()));
+    EXPECT_TRUE(pictureMoves(scene, scene.large()));
+    EXPECT_EQ(engine.count("firstFrame"), 1);
+}
+
+TEST(EngineWindow, GoesOnWhileTheWindowIsHiddenAndShowsThePictureAgain) {
+    Scene scene;
+    scene.window().setPersistentSceneGraph(false);
+    scene.window().setPersistentGraphics(false);
+    Engine engine(MpvOutputs::Window, Media::shared().movie);
+    Scene::host(engine, scene.large());
+    engine->prepareToPlay();
+    ASSERT_TRUE(engine.await("state:1"));
+    ASSERT_TRUE(showsPicture(scene, scene.large()));
+    scene.window().hide();
+    ASSERT_TRUE(engine.awaitPosition(engine->currentPlaybackTime() + 1.5));
+    scene.window().show();
+    EXPECT_TRUE(showsPicture(scene, scene.large()));
+    EXPECT_TRUE(pictureMoves(scene, scene.large()));
+    EXPECT_FALSE(engine.has("finish:1"));
+}
+
+TEST(EngineWindow, OutlivesItsWindowAndShowsThePictureInAnother) {
+    auto scene = std::make_unique<Scene>();
+    Engine engine(MpvOutputs::Window, Media::shared().movie);
+    Scene::host(engine, scene->large());
+    engine->prepareToPlay();
+    ASSERT_TRUE(engine.await("state:1"));
+    ASSERT_TRUE(showsPicture(*scene, scene->large()));
+    scene.reset();
+    ASSERT_TRUE(engine.awaitPosition(engine->currentPlaybackTime() + 0.5));
+    Scene next;
+    Scene::host(engine, next.large());
+    EXPECT_TRUE(showsPicture(next, next.large()));
+    EXPECT_TRUE(pictureMoves(next, next.large()));
+    EXPECT_EQ(engine.count("prepared"), 1);
+}
+
+TEST(EngineWindow, IsBlackAfterShutdown) {
+    Scene scene;
+    Engine engine(MpvOutputs::Window, Media::shared().movie);
+    Scene::host(engine, scene.large());
+    engine->prepareToPlay();
+    ASSERT_TRUE(engine.await("state:1"));
+    ASSERT_TRUE(showsPicture(scene, scene.large()));
+    engine->shutdown();
+    EXPECT_TRUE(isBlack(scene.grab(*scene.large())));
+}
+
+TEST(EngineWindow, FillsOrFitsOrStretchesToARatio) {
+    Scene scene;
+    scene.large()->setSize({360, 360});
+    Engine engine(MpvOutputs::Window, Media::shared().movie);
+    Scene::host(engine, scene.large());
+    const auto strip = [&] { return scene.grab(*scene.large()).copy(60, 10, 240, 30); };
+    engine->prepareToPlay();
+    ASSERT_TRUE(engine.await("state:1"));
+    engine->pause();
+    ASSERT_TRUE(engine.await("state:2"));
+    ASSERT_TRUE(showsPicture(scene, scene.large()));
+    EXPECT_TRUE(waitUntil([&] { return isBlack(strip()); }, 5s)) << "fits by default";
+    engine->setScalingMode(FSScalingMode::Fill);
+    engine->view()->setNeedsRefreshCurrentPic();
+    EXPECT_TRUE(waitUntil([&] { return !isBlack(strip()); }, 5s));
+    engine->setScalingMode(FSScalingMode::Fit);
+    EXPECT_TRUE(waitUntil([&] { return isBlack(strip()); }, 5s));
+    engine->view()->setDarPreference(1);
+    EXPECT_FLOAT_EQ(engine->view()->darPreference(), 1);
+    EXPECT_TRUE(waitUntil([&] { return !isBlack(strip()); }, 5s));
+    engine->view()->setDarPreference(0);
+    EXPECT_TRUE(waitUntil([&] { return isBlack(strip()); }, 5s));
+}
+
+TEST(EngineWindow, DrawsThePickedSubtitle) {
+    Scene scene;
+    Engine engine(MpvOutputs::Window, Media::shared().movie);
+    Scene::host(engine, scene.large());
+    engine->prepareToPlay();
+    ASSERT_TRUE(engine.await("state:1"));
+    engine->pause();
+    engine->setCurrentPlaybackTime(4);
+    ASSERT_TRUE(waitUntil([&] { return std::abs(engine->currentPlaybackTime() - 4) < 0.1; }));
+    const auto bottom = [&] { return scene.grab(*scene.large()).copy(160, 280, 320, 80); };
+    ASSERT_TRUE(showsPicture(scene, scene.large()));
+    drainEvents();
+    const QImage plain = bottom();
+    engine->loadThenActiveSubtitle(Media::shared().subtitles);
+    EXPECT_TRUE(waitUntil([&] { return difference(bottom(), plain) > 3; }, 10s));
+    engine->closeCurrentStream("timedtext");
+    EXPECT_TRUE(waitUntil([&] { return difference(bottom(), plain) < 1; }, 10s));
+}
+
+TEST(EngineWindow, PausedPictureIsNotDrawnAgainAndAgain) {
+    Scene scene;
+    Engine engine(MpvOutputs::Window, Media::shared().movie);
+    Scene::host(engine, scene.large());
+    engine->prepareToPlay();
+    ASSERT_TRUE(engine.await("state:1"));
+    engine->pause();
+    ASSERT_TRUE(engine.await("state:2"));
+    // What was under way when the pause came is drawn still.
+    EXPECT_FALSE(waitUntil([] { return false; }, 500ms));
+    std::atomic<int> frames = 0;
+    QObject::connect(
+        &scene.window(), &QQuickWindow::frameSwapped, &scene.window(), [&frames] { ++frames; },
+        Qt::DirectConnection);
+    EXPECT_FALSE(waitUntil([&] { return frames > 2; }, 1s)) << frames;
+}
+
+TEST(EngineWindow, ChangingChannelsNeverHoldsTheMainThread) {
+    Scene scene;
+    const SilentServer silent;
+    const MediaServer server;
+    scene.window().grabWindow();
+    MainThreadWatch watch;
+    for (int round = 0; round < 4; ++round) {
+        Engine stuck(MpvOutputs::Window, silent.url("/live/user/word/1.ts"));
+        Scene::host(stuck, scene.large());
+        stuck->prepareToPlay();
+        EXPECT_FALSE(stuck.await("prepared", 100ms));
+        stuck->shutdown();
+        Engine engine(MpvOutputs::Window, server.url("/live/user/word/film.ts"));
+        Scene::host(engine, scene.large());
+        engine->prepareToPlay();
+        EXPECT_TRUE(engine.await("state:1"));
+    }
+    const double gap = watch.longestGapMilliseconds();
+    std::printf("longest gap of the main loop: %.1f ms\n", gap);
+    EXPECT_LT(gap, 500);
+    EXPECT_TRUE(waitUntil([] { return waitForShutDownEngines(0ms); }));
+}
+
+TEST(EngineWindow, FiftyEnginesLeaveNoThreads) {
+    Scene scene;
+    const auto playOnce = [&scene](bool untilPicture) {
+        Engine engine(MpvOutputs::Window, Media::shared().movie);
+        Scene::host(engine, scene.large());
+        engine->prepareToPlay();
+        EXPECT_TRUE(!untilPicture || engine.await("firstFrame"));
+    };
+    playOnce(true);
+    ASSERT_TRUE(waitUntil([] { return waitForShutDownEngines(0ms); }));
+    const int before = threadCount();
+    for (int round = 0; round < 50; ++round) {
+        playOnce(round % 5 == 0);
+    }
+    EXPECT_TRUE(waitUntil([] { return waitForShutDownEngines(0ms); }));
+    EXPECT_TRUE(waitUntil([&] { return threadCount() <= before; })) << threadCount() << " > " << before;
+}
+
+} // namespace
+} // namespace ondavia::testing
