@@ -50,6 +50,7 @@ const char* settings(StoreFile kind, ConnectionUse use) {
 Connection::Connection(StoreFile kind, std::filesystem::path file, ConnectionUse use)
     : m_kind(kind)
     , m_file(std::move(file))
+    , m_use(use)
     , m_database(openDatabase(kind, m_file)) {
     if (use == ConnectionUse::Checking) {
         sqlite3_db_config(m_database.getHandle(), SQLITE_DBCONFIG_NO_CKPT_ON_CLOSE, 1, nullptr);
@@ -75,7 +76,8 @@ void Connection::execute(const std::string& sql) {
 
 void Connection::raise(const SQLite::Exception& error) const {
     StoreError storeError = storeErrorForCode(error.getExtendedErrorCode(), displayName(m_kind));
-    if (storeError.failure() == StoreFailure::Damaged && m_kind != StoreFile::User) {
+    const bool isDownloadInUse = m_kind != StoreFile::User && m_use == ConnectionUse::Shared;
+    if (storeError.failure() == StoreFailure::Damaged && isDownloadInUse) {
         AppLogger::general.error("%s; it will be made anew at the next start", {storeError.what()});
         std::ofstream(damageNote(m_file)).flush();
     }

@@ -17,7 +17,8 @@ namespace ondavia {
 enum class ConnectionUse {
     /// Reads and short transactions beside those of others.
     Shared,
-    /// As Shared, for a file that may be damaged: closing it does not write the log into it.
+    /// As Shared, by whoever deals with damage: it is not noted, and closing does not write the log into
+    /// the file.
     Checking,
     /// The one writer of a file that nobody else knows yet. Nothing is journalled: after a failure the
     /// file is thrown away.
@@ -69,6 +70,7 @@ private:
 
     StoreFile m_kind;
     std::filesystem::path m_file;
+    ConnectionUse m_use;
     SQLite::Database m_database;
     std::unordered_map<std::string, SQLite::Statement> m_statements;
 };
