@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <array>
+#include <cstdint>
 #include <stdexcept>
 
 namespace ondavia::demo {
@@ -106,6 +107,16 @@ private:
     z_stream m_stream{};
 };
 
+uLong checksum(std::string_view text) {
+    return crc32(0, reinterpret_cast<const Bytef*>(text.data()), static_cast<uInt>(text.size()));
+}
+
+void appendLittleEndian(std::string& out, std::uint64_t value) {
+    for (int byte = 0; byte < 4; ++byte) {
+        out += static_cast<char>(value >> (8 * byte));
+    }
+}
+
 } // namespace
 
 std::string gzip(std::string_view text) {
@@ -117,11 +128,19 @@ std::string gzipBomb(std::size_t megabytes) {
     const std::string blanks(1U << 20U, ' ');
     std::string bomb = deflater.add("[", Z_FULL_FLUSH);
     const std::string block = deflater.add(blanks, Z_FULL_FLUSH);
+    uLong sum = checksum("[");
+    const uLong blankSum = checksum(blanks);
     for (std::size_t i = 0; i < megabytes; ++i) {
         bomb += block;
+        sum = crc32_combine(sum, blankSum, static_cast<z_off_t>(blanks.size()));
     }
-    // The trailer counts one megabyte only. Nobody should get as far as to notice.
-    return bomb + deflater.add("]", Z_FINISH);
+    sum = crc32_combine(sum, checksum("]"), 1);
+    bomb += deflater.add("]", Z_FINISH);
+    // zlib saw one block only; the trailer is to tell of all of them.
+    bomb.resize(bomb.size() - 8);
+    appendLittleEndian(bomb, sum);
+    appendLittleEndian(bomb, megabytes * blanks.size() + 2);
+    return bomb;
 }
 
 Body spoil(const Body& body, std::string_view action, const ActiveFaults& faults) {

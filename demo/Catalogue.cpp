@@ -40,6 +40,8 @@ std::string plotOf(std::uint64_t value) {
     plot += ' ';
     plot += pick(plotTurns(), value >> 8);
     plot += ' ';
+    plot += pick(plotTurns(), (value >> 8) + 1 + (value >> 24) % (plotTurns().size() - 1));
+    plot += ' ';
     plot += pick(plotEndings(), value >> 16);
     return plot;
 }

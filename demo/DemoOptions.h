@@ -28,7 +28,7 @@ struct DemoOptions final {
     /// Streams that may be open at once; 0 is no limit.
     int maxConnections = 50;
     /// Where made media stay; empty takes defaultMediaFolder().
-    std::filesystem::path mediaFolder;
+    std::filesystem::path mediaFolder = {};
     MediaWarmUp warmUp = MediaWarmUp::onDemand;
 };
 

@@ -49,7 +49,9 @@ void appendProgramme(std::string& out, const Programme& programme, std::string_v
     }
     out += "    <category lang=\"pt\">";
     out += escapeXml(programme.row->category);
-    out += "</category>\n  </programme>\n";
+    out += "</category>\n    <date>";
+    out += guideTime(programme.start, offset).substr(0, 8);
+    out += "</date>\n  </programme>\n";
 }
 
 std::string generatedId(const Catalogue& catalogue, std::size_t index) {

@@ -25,7 +25,7 @@ namespace {
 using namespace std::chrono_literals;
 
 /// Raised whenever a recipe changes, so that old files are not taken for new ones.
-constexpr const char* generation = "media-1";
+constexpr const char* generation = "media-2";
 
 constexpr std::array<const char*, MediaFactory::films> filmLabels{"Sessão da Noite", "Matiné de Domingo",
                                                                   "Estreia da Semana", "Cinema Clássico"};

@@ -11,6 +11,8 @@ namespace {
 
 /// 240 frames and 450 blocks of sound: both end at the same instant, so that the loop has no seam.
 constexpr const char* loopSeconds = "9.6";
+/// The encoder adds one in front, and the last one would overlap the next round.
+constexpr const char* loopSoundBlocks = "450";
 
 std::string hueColour(std::size_t step, double value) {
     const std::size_t sector = step % 6;
@@ -81,7 +83,7 @@ Arguments loopRecipe(std::size_t number, const std::string& labelFile) {
     return joined({"-f", "lavfi", "-i", background(number, loopSeconds), "-f", "lavfi", "-i",
                    tone(frequency, loopSeconds), "-filter_complex",
                    "[0:v]" + video + "[v];[1:a]volume=0.35[a]", "-map", "[v]", "-map", "[a]"},
-                  joined(encoding("27"), {"-f", "mpegts"}));
+                  joined(encoding("27"), {"-frames:a", loopSoundBlocks, "-f", "mpegts"}));
 }
 
 Arguments filmRecipe(std::size_t number, int seconds, const std::string& labelFile,

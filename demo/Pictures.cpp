@@ -67,7 +67,7 @@ QFont titleFont(std::uint64_t key) {
 void paintPoster(QPainter& painter, const PictureRequest& request, QSize size) {
     const Palette palette = Palette::of(request.key);
     paintScenery(painter, size, request.key, palette);
-    QLinearGradient shade(0, size.height() * 0.45, 0, size.height());
+    QLinearGradient shade(0, size.height() * 0.38, 0, size.height() * 0.95);
     shade.setColorAt(0, QColor(0, 0, 0, 0));
     shade.setColorAt(1, QColor(0, 0, 0, 225));
     painter.fillRect(QRect(QPoint(), size), shade);

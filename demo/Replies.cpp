@@ -47,7 +47,8 @@ std::string releaseDate(const TitleRecord& title) {
            std::to_string(title.number % 10);
 }
 
-void writeFilm(JsonWriter& json, const TitleRecord& film, const std::string& picture) {
+void writeFilm(JsonWriter& json, const TitleRecord& film, const std::string& picture,
+               const std::string& backdrop) {
     json.beginObject().member("num", film.number).member("name", film.name).member("title", film.title);
     json.member("stream_type", "movie").member("stream_id", film.id).member("stream_icon", picture);
     writeRating(json, film);
@@ -59,6 +60,7 @@ void writeFilm(JsonWriter& json, const TitleRecord& film, const std::string& pic
     json.key("year");
     film.number % 3 == 0 ? json.number(film.year) : json.string(std::to_string(film.year));
     json.member("release_date", releaseDate(film));
+    json.key("backdrop_path").beginArray().string(backdrop).endArray();
     film.number % 5 == 0 ? json.key("youtube_trailer").null() : json.member("youtube_trailer", "");
     json.key("episode_run_time");
     film.number % 4 == 0 ? json.number(film.minutes) : json.string(std::to_string(film.minutes));
@@ -154,7 +156,8 @@ std::string Replies::films() const {
     json.beginArray();
     for (std::size_t i = 0; i < m_catalogue.filmCount(); ++i) {
         const TitleRecord film = m_catalogue.film(i);
-        writeFilm(json, film, pictureUrl(film.picture, "/pictures/film/", film.id));
+        writeFilm(json, film, pictureUrl(film.picture, "/pictures/film/", film.id),
+                  pictureUrl(Picture::present, "/pictures/backdrop/", film.id));
     }
     json.endArray();
     return out;
