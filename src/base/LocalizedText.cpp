@@ -1,9 +1,51 @@
 #include "base/LocalizedText.h"
 
+#include <algorithm>
+#include <atomic>
+#include <memory>
+
 namespace ondavia {
 
-std::string localizedText(std::string_view /*key*/, std::string_view defaultText) {
+namespace {
+
+std::atomic<std::shared_ptr<const TextCatalogue>>& installedCatalogue() {
+    static std::atomic<std::shared_ptr<const TextCatalogue>> catalogue;
+    return catalogue;
+}
+
+std::string lowercaseLanguageCode(std::string_view locale) {
+    std::string code(locale.substr(0, locale.find_first_of("-_.@")));
+    std::ranges::transform(code, code.begin(), [](char letter) {
+        return letter >= 'A' && letter <= 'Z' ? static_cast<char>(letter - 'A' + 'a') : letter;
+    });
+    return code;
+}
+
+} // namespace
+
+std::string localizedText(std::string_view key, std::string_view defaultText) {
+    const std::shared_ptr<const TextCatalogue> catalogue = installedCatalogue().load();
+    if (catalogue) {
+        if (const auto entry = catalogue->find(key); entry != catalogue->end()) {
+            return entry->second;
+        }
+    }
     return std::string(defaultText);
+}
+
+void installTextCatalogue(TextCatalogue catalogue) {
+    installedCatalogue().store(std::make_shared<const TextCatalogue>(std::move(catalogue)));
+}
+
+std::string chooseLanguage(const std::vector<std::string>& preferred,
+                           const std::vector<std::string>& available) {
+    for (const std::string& locale : preferred) {
+        const std::string code = lowercaseLanguageCode(locale);
+        if (std::ranges::find(available, code) != available.end()) {
+            return code;
+        }
+    }
+    return {};
 }
 
 } // namespace ondavia

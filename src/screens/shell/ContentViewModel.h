@@ -8,6 +8,7 @@
 #include <QObject>
 #include <QString>
 #include <qcoro/qcorotask.h>
+#include <qqmlregistration.h>
 
 #include <functional>
 #include <memory>
@@ -24,6 +25,8 @@ struct CategoryItem;
 /// raised: failures become a toast, or a log line where the user need not know. Main thread.
 class ContentViewModel final : public QObject {
     Q_OBJECT
+    QML_ELEMENT
+    QML_UNCREATABLE("made by the application")
     Q_PROPERTY(bool isLoading READ isLoading NOTIFY isLoadingChanged)
     Q_PROPERTY(QString loadingMessage READ loadingMessage NOTIFY loadingMessageChanged)
     /// Empty when there is no toast.

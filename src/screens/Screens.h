@@ -1,0 +1,40 @@
+#pragma once
+
+#include "platform/URLSession.h"
+
+#include <filesystem>
+#include <string>
+
+class QQmlApplicationEngine;
+
+namespace ondavia {
+
+class AppState;
+class ContentViewModel;
+class KeychainService;
+class LibraryStore;
+class PlayerManager;
+class Scheduler;
+class UserDefaults;
+
+/// What the screens work with. All of it must outlive the engine.
+struct ScreenServices final {
+    AppState& appState;
+    LibraryStore& store;
+    PlayerManager& playerManager;
+    UserDefaults& defaults;
+    KeychainService& keychain;
+    URLSessionFactory makeSession;
+    Scheduler& scheduler;
+    ContentViewModel& content;
+    /// Where pictures are kept; may be emptied at any time.
+    std::filesystem::path cacheFolder;
+    /// Language code of the texts; empty for the user's own.
+    std::string language;
+};
+
+/// Builds the view-models, which live as long as `engine`, and opens the window. `engine` has no root
+/// object afterwards if that failed. Main thread.
+void loadScreens(QQmlApplicationEngine& engine, const ScreenServices& services);
+
+} // namespace ondavia

@@ -1,0 +1,92 @@
+#include "screens/browse/BrowserViewModel.h"
+
+#include "base/AppLogger.h"
+#include "state/AppState.h"
+#include "store/LibraryStore.h"
+
+#include <algorithm>
+#include <unordered_map>
+
+namespace ondavia {
+
+BrowserViewModel::BrowserViewModel(BrowserKind kind, AppState& appState, LibraryStore& store, QObject* parent)
+    : QObject(parent)
+    , m_kind(kind)
+    , m_appState(appState)
+    , m_store(store)
+    , m_categories(this)
+    , m_titles(store, this)
+    , m_listener(store, EntityKind::Channel, [this] {
+        m_titles.reload();
+        refresh();
+    }) {
+    const auto changed =
+        kind == BrowserKind::Live ? &AppState::liveCategoriesChanged : &AppState::vodCategoriesChanged;
+    connect(&appState, changed, this, &BrowserViewModel::refresh);
+    refresh();
+}
+
+const char* BrowserViewModel::type() const {
+    return m_kind == BrowserKind::Live ? "live" : "movie";
+}
+
+std::vector<CategoryRow> BrowserViewModel::countedCategories() const {
+    std::unordered_map<std::string, std::int64_t> counts;
+    try {
+        for (auto& [name, count] :
+             m_store.mainContext().countsBy(&Channel::groupTitle, field(&Channel::type) == type())) {
+            counts.emplace(std::move(name), count);
+        }
+    } catch (const StoreError& error) {
+        AppLogger::general.error("The categories could not be counted: %s", {error.what()});
+    }
+    std::vector<CategoryRow> rows;
+    for (const CategoryItem& item :
+         m_kind == BrowserKind::Live ? m_appState.liveCategories() : m_appState.vodCategories()) {
+        const auto count = counts.find(item.name);
+        if (count != counts.end()) {
+            rows.push_back({item.name, count->second});
+        } else if (m_kind == BrowserKind::Live) {
+            rows.push_back({item.name, std::nullopt});
+        }
+    }
+    return rows;
+}
+
+int BrowserViewModel::categoryRow() const {
+    const auto& rows = m_categories.rows();
+    const auto open = std::ranges::find(rows, m_categoryName, &CategoryRow::name);
+    return open == rows.end() ? -1 : static_cast<int>(open - rows.begin());
+}
+
+void BrowserViewModel::openCategory(int row) {
+    const auto& rows = m_categories.rows();
+    if (row >= 0 && row < static_cast<int>(rows.size())) {
+        show(rows[static_cast<std::size_t>(row)].name);
+    }
+}
+
+void BrowserViewModel::play(int row) {
+    if (const auto channel = m_titles.channel(row)) {
+        m_appState.playChannel(*channel);
+    }
+}
+
+void BrowserViewModel::refresh() {
+    m_categories.setRows(countedCategories());
+    if (m_kind == BrowserKind::Movies && categoryRow() < 0 && m_categories.rowCount() > 0) {
+        openCategory(0);
+    } else {
+        Q_EMIT categoryChanged();
+    }
+}
+
+void BrowserViewModel::show(std::string categoryName) {
+    m_categoryName = std::move(categoryName);
+    m_titles.setQuery(
+        {.where = field(&Channel::type) == type() && field(&Channel::groupTitle) == m_categoryName,
+         .sort = {ascending(&Channel::num)}});
+    Q_EMIT categoryChanged();
+}
+
+} // namespace ondavia

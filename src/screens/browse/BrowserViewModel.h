@@ -1,0 +1,68 @@
+#pragma once
+
+#include "screens/browse/CategoryListModel.h"
+#include "screens/browse/ChannelListModel.h"
+#include "store/LiveQuery.h"
+
+#include <QObject>
+#include <QString>
+#include <qqmlregistration.h>
+
+#include <string>
+
+namespace ondavia {
+
+class AppState;
+class LibraryStore;
+
+/// What a browser lists.
+enum class BrowserKind {
+    /// Every category of the provider; one is open once the user opens it.
+    Live,
+    /// The categories that have titles; one is always open.
+    Movies
+};
+
+/// A browser: the provider's categories in their order, the titles of the open one, and playing one of
+/// them. Follows the catalogue as it changes. Main thread.
+class BrowserViewModel final : public QObject {
+    Q_OBJECT
+    QML_ELEMENT
+    QML_UNCREATABLE("made by the application")
+    Q_PROPERTY(ondavia::CategoryListModel* categories READ categories CONSTANT)
+    /// The titles of the open category, by number.
+    Q_PROPERTY(ondavia::ChannelListModel* titles READ titles CONSTANT)
+    Q_PROPERTY(QString categoryName READ categoryName NOTIFY categoryChanged)
+    /// Row of the open category; -1 when none is.
+    Q_PROPERTY(int categoryRow READ categoryRow NOTIFY categoryChanged)
+
+public:
+    /// Both must outlive the object.
+    BrowserViewModel(BrowserKind kind, AppState& appState, LibraryStore& store, QObject* parent = nullptr);
+
+    [[nodiscard]] CategoryListModel* categories() { return &m_categories; }
+    [[nodiscard]] ChannelListModel* titles() { return &m_titles; }
+    [[nodiscard]] QString categoryName() const { return QString::fromStdString(m_categoryName); }
+    [[nodiscard]] int categoryRow() const;
+
+    Q_INVOKABLE void openCategory(int row);
+    Q_INVOKABLE void play(int row);
+
+    Q_SIGNAL void categoryChanged();
+
+private:
+    [[nodiscard]] const char* type() const;
+    [[nodiscard]] std::vector<CategoryRow> countedCategories() const;
+    void refresh();
+    void show(std::string categoryName);
+
+    BrowserKind m_kind;
+    AppState& m_appState;
+    LibraryStore& m_store;
+    CategoryListModel m_categories;
+    ChannelListModel m_titles;
+    std::string m_categoryName;
+    ChangeListener m_listener;
+};
+
+} // namespace ondavia

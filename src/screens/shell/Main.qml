@@ -1,0 +1,66 @@
+import QtQuick
+import Ondavia
+
+/// The one window: the tabs, and over them what covers the whole screen.
+Window {
+    id: window
+    required property ScreenModels models
+
+    width: 1280
+    height: 800
+    minimumWidth: 360
+    minimumHeight: 480
+    visible: true
+    title: "Ondavia"
+    color: Theme.background
+
+    FocusScope {
+        id: root
+        objectName: "root"
+        anchors.fill: parent
+        focus: true
+        // What no control wanted: arrows move the focus to the nearest control in their direction.
+        Keys.onPressed: event => event.accepted = FocusGuide.move(root, event.key)
+        Component.onCompleted: window.models.content.start()
+
+        MainTabView {
+            id: tabs
+            anchors.fill: parent
+            models: window.models
+            focus: true
+            enabled: !signIn.isOpen && !player.active && !loading.isShown
+        }
+        Sheet {
+            id: signIn
+            anchors.fill: parent
+            isOpen: window.models.signIn.isOpen
+            enabled: isOpen && !loading.isShown
+            content: SignInView { model: window.models.signIn }
+            onCloseRequested: window.models.signIn.close()
+            onIsOpenChanged: if (!isOpen) tabs.forceActiveFocus()
+        }
+        Loader {
+            id: player
+            anchors.fill: parent
+            active: window.models.content.presentsPlayer
+            sourceComponent: PlayerView { model: window.models.player }
+            onLoaded: item.forceActiveFocus()
+            onActiveChanged: if (!active) tabs.forceActiveFocus()
+        }
+        LoadingOverlay {
+            id: loading
+            anchors.fill: parent
+            isShown: window.models.content.isLoading
+            message: window.models.content.loadingMessage
+            onIsShownChanged: if (!isShown) tabs.forceActiveFocus()
+        }
+        ToastView {
+            anchors.horizontalCenter: parent.horizontalCenter
+            anchors.bottom: parent.bottom
+            anchors.bottomMargin: tabs.barHeight + Theme.unit * 6
+            message: window.models.content.toastMessage
+            type: window.models.content.toastType
+            onDismissed: window.models.content.dismissToast()
+        }
+    }
+}

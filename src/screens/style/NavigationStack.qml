@@ -1,0 +1,39 @@
+import QtQuick
+import QtQuick.Templates as T
+import Ondavia
+
+/// The pages of one tab, one over the other. Escape and the back key leave the upper one.
+T.StackView {
+    id: stack
+
+    clip: true
+    Keys.onEscapePressed: event => event.accepted = stack.goBack()
+    Keys.onBackPressed: event => event.accepted = stack.goBack()
+
+    /// Whether there was a page to go back to.
+    function goBack(): bool {
+        if (stack.depth < 2)
+            return false
+        stack.pop()
+        stack.currentItem.forceActiveFocus()
+        return true
+    }
+    function open(page: Component, properties: var) {
+        stack.push(page, properties).forceActiveFocus()
+    }
+
+    pushEnter: Transition {
+        NumberAnimation { property: "opacity"; from: 0; to: 1; duration: Theme.motion; easing.type: Theme.motionCurve }
+        NumberAnimation { property: "x"; from: stack.width * 0.06; to: 0; duration: Theme.motion; easing.type: Theme.motionCurve }
+    }
+    pushExit: Transition {
+        NumberAnimation { property: "opacity"; from: 1; to: 0; duration: Theme.motionShort; easing.type: Theme.motionCurve }
+    }
+    popEnter: Transition {
+        NumberAnimation { property: "opacity"; from: 0; to: 1; duration: Theme.motion; easing.type: Theme.motionCurve }
+    }
+    popExit: Transition {
+        NumberAnimation { property: "opacity"; from: 1; to: 0; duration: Theme.motionShort; easing.type: Theme.motionCurve }
+        NumberAnimation { property: "x"; from: 0; to: stack.width * 0.06; duration: Theme.motion; easing.type: Theme.motionCurve }
+    }
+}

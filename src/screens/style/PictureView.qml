@@ -1,0 +1,35 @@
+import QtQuick
+import Ondavia
+
+/// A picture from the network in a place of fixed size: loaded in the background at the size shown, faded
+/// in over its placeholder. Nothing moves when it comes or fails.
+Item {
+    id: view
+    property url source
+    property alias fillMode: image.fillMode
+    property alias symbol: placeholder.symbol
+    property real radius: 0
+    /// Space between the edge and the picture.
+    property real inset: 0
+
+    PicturePlaceholder {
+        id: placeholder
+        anchors.fill: parent
+        radius: view.radius
+        visible: image.opacity < 1 || view.inset > 0
+        symbol: "photo"
+        Binding on symbol { when: image.status === Image.Ready; value: "" }
+    }
+    Image {
+        id: image
+        anchors.fill: parent
+        anchors.margins: view.inset
+        source: view.source
+        asynchronous: true
+        fillMode: Image.PreserveAspectCrop
+        sourceSize: Qt.size(Math.ceil(width * Screen.devicePixelRatio), Math.ceil(height * Screen.devicePixelRatio))
+        opacity: status === Image.Ready ? 1 : 0
+        Behavior on opacity { NumberAnimation { duration: Theme.motion; easing.type: Theme.motionCurve } }
+        Accessible.ignored: true
+    }
+}

@@ -1,0 +1,69 @@
+import QtQuick
+import Ondavia
+
+/// A short message on the colour of its kind, near the bottom. Keeps its last text while it fades away.
+Item {
+    id: toast
+    property string message
+    /// In the order of the kinds: info, success, warning, error.
+    property int type: 0
+    signal dismissed()
+
+    readonly property bool isShown: toast.message !== ""
+    property string lastMessage
+    readonly property var symbols: ["info.circle.fill", "checkmark.circle.fill", "exclamationmark.triangle.fill",
+                                    "xmark.circle.fill"]
+    readonly property var colors: [Qt.rgba(0.04, 0.40, 0.92, 0.9), Qt.rgba(0.08, 0.55, 0.27, 0.9),
+                                   Qt.rgba(0.80, 0.42, 0.0, 0.9), Qt.rgba(0.80, 0.14, 0.14, 0.9)]
+
+    onMessageChanged: if (toast.message !== "") toast.lastMessage = toast.message
+
+    width: Math.min(parent.width - Theme.narrowPageMargin * 2, content.implicitWidth + Theme.unit * 10)
+    height: Math.max(Theme.controlHeight + Theme.unit * 2, label.height + Theme.unit * 6)
+    visible: opacity > 0
+    opacity: toast.isShown ? 1 : 0
+    Behavior on opacity { NumberAnimation { duration: Theme.motion; easing.type: Theme.motionCurve } }
+    transform: Translate {
+        y: toast.isShown ? 0 : Theme.unit * 4
+        Behavior on y { NumberAnimation { duration: Theme.motion; easing.type: Theme.motionCurve } }
+    }
+    Accessible.role: Accessible.AlertMessage
+    Accessible.name: toast.lastMessage
+    Accessible.ignored: !toast.isShown
+
+    Rectangle {
+        anchors.fill: parent
+        radius: Theme.cardRadius
+        color: toast.colors[toast.type] ?? toast.colors[0]
+        border.width: 1
+        border.color: Qt.rgba(1, 1, 1, 0.16)
+    }
+    Row {
+        id: content
+        anchors.left: parent.left
+        anchors.leftMargin: Theme.unit * 5
+        anchors.verticalCenter: parent.verticalCenter
+        spacing: Theme.unit * 3
+        Icon {
+            anchors.verticalCenter: parent.verticalCenter
+            symbol: toast.symbols[toast.type] ?? toast.symbols[0]
+            color: "white"
+        }
+        Label {
+            id: label
+            anchors.verticalCenter: parent.verticalCenter
+            width: Math.min(implicitWidth, toast.parent.width - Theme.narrowPageMargin * 2 - Theme.unit * 19)
+            text: toast.lastMessage
+            color: "white"
+            font.weight: Font.Medium
+            wrapMode: Text.Wrap
+            maximumLineCount: 4
+            elide: Text.ElideRight
+            Accessible.ignored: true
+        }
+    }
+    TapHandler {
+        enabled: toast.isShown
+        onTapped: toast.dismissed()
+    }
+}
