@@ -46,7 +46,11 @@ void write(void* source, int level, const char* format, va_list arguments) {
 } // namespace
 
 void takeOverFFmpegLog() {
-    av_log_set_callback(write);
+    [[maybe_unused]] static mpv_handle* const owner = [] {
+        mpv_handle* handle = mpv_create();
+        av_log_set_callback(write);
+        return handle;
+    }();
 }
 
 } // namespace ondavia::engine

@@ -16,7 +16,9 @@ constexpr std::chrono::seconds outputPatience{1};
 
 std::vector<MpvOption> outputOptions(MpvOutputs outputs) {
     if (outputs == MpvOutputs::Window) {
-        return {{"vo", "libmpv"}};
+        // The sound server, or the bare device where there is none. Nothing is loaded to hand decoded
+        // pictures to OpenGL inside a graphics card: hardware decoding copies them.
+        return {{"vo", "libmpv"}, {"ao", "pulse,alsa"}, {"gpu-hwdec-interop", "no"}};
     }
     return {{"vo", "null"}, {"ao", "null"}};
 }
@@ -249,6 +251,9 @@ void MpvPlayer::handleRendererReady() {
     if (std::exchange(m_drawsNothing, false)) {
         m_handle->setProperty("vo", std::string("libmpv"));
     }
+    if (m_interruptedVideo.has_value()) {
+        m_handle->setProperty(selectorOf("video"), *m_interruptedVideo);
+    }
     openOutput();
 }
 
@@ -256,6 +261,11 @@ void MpvPlayer::handleRendererLost() {
     m_rendererReady = false;
     if (!std::exchange(m_drawsNothing, true)) {
         m_handle->setProperty("vo", std::string("null"));
+    }
+    // A render context that ends while mpv still has it in use takes the selection of the video along.
+    const auto selected = selectedTrack(m_state.tracks, "video");
+    if (selected.has_value()) {
+        m_interruptedVideo = selected->id;
     }
 }
 

@@ -119,6 +119,8 @@ private:
     QTimer m_outputTimeout;
     bool m_rendererReady = false;
     bool m_drawsNothing = false;
+    /// The track that played when a renderer was last lost.
+    std::optional<std::int64_t> m_interruptedVideo;
 
     float m_volume = 1;
     float m_rate = 1;

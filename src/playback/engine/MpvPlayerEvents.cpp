@@ -133,7 +133,7 @@ void MpvPlayer::settleBeginning() {
     if (m_stage != Stage::Prepared) {
         return;
     }
-    const bool picture = !m_drawsNothing && hasSelected(m_state.tracks, "video");
+    const bool picture = !m_drawsNothing && selectedTrack(m_state.tracks, "video").has_value();
     if (!m_toldFirstFrame && (m_drewFrame || (m_playbackBegan && !picture))) {
         m_toldFirstFrame = true;
         post(FSPlayerFirstVideoFrameRenderedNotification);

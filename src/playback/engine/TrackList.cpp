@@ -103,9 +103,8 @@ QVariantMap describe(const Track& track) {
 }
 
 QVariantMap describeSelected(const TrackList& tracks, std::string_view type) {
-    const auto found = std::ranges::find_if(
-        tracks, [type](const Track& track) { return track.selected && track.type == type; });
-    return found == tracks.end() ? QVariantMap() : describe(*found);
+    const auto track = selectedTrack(tracks, type);
+    return track.has_value() ? describe(*track) : QVariantMap();
 }
 
 } // namespace
@@ -139,9 +138,10 @@ std::optional<std::string> trackTypeOf(std::string_view streamType) {
     return found == streamTypes.end() ? std::nullopt : std::optional(std::string(found->second));
 }
 
-bool hasSelected(const TrackList& tracks, std::string_view type) {
-    return std::ranges::any_of(tracks,
-                               [type](const Track& track) { return track.selected && track.type == type; });
+std::optional<Track> selectedTrack(const TrackList& tracks, std::string_view type) {
+    const auto found = std::ranges::find_if(
+        tracks, [type](const Track& track) { return track.selected && track.type == type; });
+    return found == tracks.end() ? std::nullopt : std::optional(*found);
 }
 
 FSMonitor monitorOf(const TrackList& tracks) {

@@ -48,7 +48,8 @@ using TrackList = std::vector<Track>;
 /// mpv's name for a stream type of the system ("video", "audio", "timedtext"); absent for other texts.
 [[nodiscard]] std::optional<std::string> trackTypeOf(std::string_view streamType);
 
-[[nodiscard]] bool hasSelected(const TrackList& tracks, std::string_view type);
+/// The track of `type` ("video", "audio", "sub") that plays.
+[[nodiscard]] std::optional<Track> selectedTrack(const TrackList& tracks, std::string_view type);
 [[nodiscard]] FSMonitor monitorOf(const TrackList& tracks);
 
 } // namespace ondavia::engine
