@@ -6,8 +6,10 @@
 #include "protocol/wire/Decoding.h"
 #include "protocol/wire/ListDecoder.h"
 
+#include <QFuture>
+#include <QPromise>
+#include <QThreadPool>
 #include <QUrl>
-#include <QtConcurrentRun>
 #include <qcoro/qcorofuture.h>
 
 namespace ondavia {
@@ -63,6 +65,21 @@ private:
     XtreamListDecoder<Row> m_decoder;
 };
 
+/// QtConcurrent would raise the decoder's error as one of its own.
+template<class Reply> QFuture<Reply> decodeOnPool(std::string body, std::string action) {
+    const auto promise = std::make_shared<QPromise<Reply>>();
+    promise->start();
+    QThreadPool::globalInstance()->start([promise, body = std::move(body), action = std::move(action)] {
+        try {
+            promise->addResult(decodeReply<Reply>(body, action));
+        } catch (...) {
+            promise->setException(std::current_exception());
+        }
+        promise->finish();
+    });
+    return promise->future();
+}
+
 } // namespace
 
 XtreamAPIClient::XtreamAPIClient(std::string_view server, std::string username, std::string password,
@@ -85,9 +102,7 @@ template<class Reply> QCoro::Task<Reply> XtreamAPIClient::fetch(std::string url,
             co_return Reply();
         }
     }
-    const auto decoding = QtConcurrent::run([body = std::move(response.body), action = std::move(action)] {
-        return decodeReply<Reply>(body, action);
-    });
+    const QFuture<Reply> decoding = decodeOnPool<Reply>(std::move(response.body), std::move(action));
     co_return co_await decoding;
 }
 

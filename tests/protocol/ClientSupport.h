@@ -1,7 +1,8 @@
 #pragma once
 
-#include "platform/linux/QtURLSession.h"
+#include "platform/linux/CurlURLSession.h"
 #include "protocol/XtreamAPIClient.h"
+#include "support/TestSupport.h"
 
 #include <memory>
 #include <string>
@@ -11,7 +12,7 @@ namespace ondavia::testing {
 /// A client with real sessions.
 inline std::shared_ptr<XtreamAPIClient>
 makeClient(const std::string& server, const std::string& username = "u", const std::string& password = "p") {
-    return std::make_shared<XtreamAPIClient>(server, username, password, makeQtURLSession);
+    return std::make_shared<XtreamAPIClient>(server, username, password, makeCurlURLSession);
 }
 
 } // namespace ondavia::testing

@@ -13,9 +13,7 @@
 namespace ondavia {
 namespace {
 
-template<class T> T resultOf(QCoro::Task<T> task) {
-    return QCoro::waitFor(std::move(task));
-}
+using testing::resultOf;
 
 /// The XtreamError that `work` raises; absent when it raises none.
 template<class Work> std::optional<XtreamError> xtreamErrorOf(Work work) {

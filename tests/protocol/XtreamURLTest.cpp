@@ -54,7 +54,7 @@ TEST(XtreamAPIClient, asksForItsTimeOuts) {
     URLSessionConfiguration asked;
     const XtreamAPIClient client("http://h", "u", "p", [&](const URLSessionConfiguration& configuration) {
         asked = configuration;
-        return makeQtURLSession(configuration);
+        return makeCurlURLSession(configuration);
     });
     EXPECT_EQ(asked.requestTimeout, 120);
     EXPECT_EQ(asked.resourceTimeout, 600);
