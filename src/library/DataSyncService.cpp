@@ -86,8 +86,8 @@ template<class Run, class Row>
 QCoro::Task<CategoryList> fetchCategories(std::shared_ptr<XtreamAPIClient> client, std::string action,
                                           std::shared_ptr<Run> run, SectionIntake<Row>& section,
                                           AppState& appState, Scheduler& scheduler) {
-    const auto fetched = co_await fetchWithRetry<CategoryList>(
-        [client, action] { return client->getCategories(action); }, retries, appState, scheduler, run->stop);
+    const std::function attempt = [client, action] { return client->getCategories(action); };
+    const auto fetched = co_await fetchWithRetry(attempt, retries, appState, scheduler, run->stop);
     CategoryList categories = fetched.value_or(CategoryList());
     section.setCategories(categoryMap(categories));
     co_return categories;
@@ -99,15 +99,18 @@ QCoro::Task<std::int64_t> fetchStreams(std::shared_ptr<XtreamAPIClient> client, 
                                        std::shared_ptr<Run> run, SectionIntake<Row>& section,
                                        AppState& appState, Scheduler& scheduler) {
     auto* intake = &section;
-    const auto restart = [intake, run] { intake->restart(); };
-    const auto attempt = [client, action, intake, run, restart]() -> QCoro::Task<std::int64_t> {
+    const std::function<void()> restart = [intake, run] { intake->restart(); };
+    const std::function attempt = [client, action, intake, run, restart]() -> QCoro::Task<std::int64_t> {
         co_await QtConcurrent::run(restart);
-        co_return co_await client->template fetchRows<Row>(
-            action, [intake, run](std::vector<Row>&& rows) { intake->take(std::move(rows)); });
+        const std::function<void(std::vector<Row> &&)> take = [intake, run](std::vector<Row>&& rows) {
+            intake->take(std::move(rows));
+        };
+        co_return co_await client->template fetchRows<Row>(action, take);
     };
-    const auto rows = co_await fetchWithRetry<std::int64_t>(attempt, retries, appState, scheduler, run->stop);
+    const auto rows = co_await fetchWithRetry(attempt, retries, appState, scheduler, run->stop);
     if (!rows) {
-        co_await QtConcurrent::run(restart);
+        const auto restarted = QtConcurrent::run(restart);
+        co_await restarted;
     }
     co_return rows.value_or(0);
 }
@@ -125,10 +128,10 @@ QCoro::Task<void> DataSyncService::syncAll(std::stop_token stop) {
         co_return;
     }
     appState.setLoadingMessage(localizedText("sync.loadingContent", "A carregar conteudo..."));
-    auto rows = co_await QtConcurrent::run([store = &m_environment.store] {
+    const auto begun = QtConcurrent::run([store = &m_environment.store] {
         return std::make_shared<Replacement<Channel>>(store->beginReplacement<Channel>());
     });
-    const auto run = std::make_shared<Run>(m_client, std::move(rows), std::move(stop));
+    const auto run = std::make_shared<Run>(m_client, co_await begun, std::move(stop));
     co_await download(run);
 
     requireUniqueIds("get_live_categories", run->liveCategories);
@@ -137,11 +140,12 @@ QCoro::Task<void> DataSyncService::syncAll(std::stop_token stop) {
     publishCategories(*run);
     warnAboutEmptyLists(*run);
     appState.setLoadingMessage("A processar " + std::to_string(run->rawCount()) + " itens...");
-    co_await QtConcurrent::run([run] {
+    const auto normalized = QtConcurrent::run([run] {
         run->live.finish();
         run->movies.finish();
         run->series.finish();
     });
+    co_await normalized;
     appState.setLoadingMessage(localizedText("sync.saving", "A guardar dados..."));
     if (run->rawCount() == 0) {
         throw SyncError(SyncError::Case::emptyResponse);
@@ -232,13 +236,14 @@ QCoro::Task<std::int64_t> DataSyncService::writeCatalogue(std::shared_ptr<Run> r
     const std::int64_t count =
         run->live.normalizedCount() + run->movies.normalizedCount() + run->series.normalizedCount();
     if (count >= 1) {
-        co_await QtConcurrent::run([run] { run->catalogue->commit(); });
+        const auto committed = QtConcurrent::run([run] { run->catalogue->commit(); });
+        co_await committed;
     }
     co_return count;
 }
 
 QCoro::Task<void> DataSyncService::updatePlaylist(std::int64_t channelCount) {
-    co_await QtConcurrent::run([store = &m_environment.store, channelCount] {
+    const auto saved = QtConcurrent::run([store = &m_environment.store, channelCount] {
         const auto context = store->makeContext();
         const Date now = currentDate();
         Playlist playlist{"main", "Principal", "xtream", true, "main", channelCount, now, now};
@@ -250,6 +255,7 @@ QCoro::Task<void> DataSyncService::updatePlaylist(std::int64_t channelCount) {
         context->insert(playlist);
         context->save();
     });
+    co_await saved;
 }
 
 } // namespace ondavia

@@ -41,7 +41,7 @@ struct URLResponse final {
 };
 
 /// Takes a body as it arrives. One object serves one transfer; its calls come one at a time, in order,
-/// from a pool thread, never from the main thread. What it throws ends the transfer and is raised from
+/// from the transfer's own thread. What it throws ends the transfer and is raised from
 /// `URLSession::stream`.
 class URLBodyReader {
 public:
@@ -56,9 +56,9 @@ public:
 /// Plain GETs over HTTP and HTTPS. Replies are inflated, redirects followed (16 at most), certificates
 /// verified. Nothing is cached and no header is added beyond the platform's defaults.
 ///
-/// Both operations are awaited on a thread with an event loop and resume there; sockets are served by
-/// the session's own thread, so that a busy main thread slows no download. A task that is dropped before
-/// its end cancels the transfer.
+/// Both operations are awaited on a thread with an event loop and resume there; sockets are served
+/// elsewhere, so that a busy main thread slows no download. A transfer runs to its
+/// end, whoever still waits for it.
 class URLSession {
 public:
     /// The largest body that `data` collects, in bytes after inflation; a longer one is a URLError.
@@ -71,7 +71,8 @@ public:
     virtual ~URLSession() = default;
     /// The whole reply. Raises URLError.
     virtual QCoro::Task<URLResponse> data(QUrl url, std::vector<Header> headers = {}) = 0;
-    /// The reply through `reader`, at most a few MiB ahead of it whatever the server sends. Raises
+    /// The reply through `reader`, which may take its time: what it has not taken yet stays
+    /// with the server, but for the socket's buffers. Raises
     /// URLError, or what the reader threw.
     virtual QCoro::Task<void> stream(QUrl url, std::shared_ptr<URLBodyReader> reader) = 0;
 };

@@ -7,10 +7,15 @@
 #include <qcoro/qcorotask.h>
 
 #include <chrono>
+#include <exception>
 #include <filesystem>
 #include <functional>
 #include <mutex>
+#include <optional>
+#include <stdexcept>
 #include <string>
+#include <type_traits>
+#include <variant>
 #include <vector>
 
 namespace ondavia::testing {
@@ -18,6 +23,36 @@ namespace ondavia::testing {
 /// Runs the event loop until `condition` holds; false when it does not within `timeout`.
 bool waitUntil(const std::function<bool()>& condition,
                std::chrono::milliseconds timeout = std::chrono::seconds(20));
+
+/// Runs the event loop until `task` has ended, and returns its result or raises its error. (QCoro's own
+/// waitFor never returns from a task that raises.)
+template<class T> T resultOf(QCoro::Task<T> task) {
+    bool ended = false;
+    std::exception_ptr error;
+    std::conditional_t<std::is_void_v<T>, std::monostate, std::optional<T>> result;
+    const auto watch = [&]() -> QCoro::Task<void> {
+        try {
+            if constexpr (std::is_void_v<T>) {
+                co_await task;
+            } else {
+                result = co_await task;
+            }
+        } catch (...) {
+            error = std::current_exception();
+        }
+        ended = true;
+    };
+    const auto watching = watch();
+    if (!waitUntil([&] { return ended; }, std::chrono::minutes(2))) {
+        throw std::runtime_error("the task did not end");
+    }
+    if (error) {
+        std::rethrow_exception(error);
+    }
+    if constexpr (!std::is_void_v<T>) {
+        return std::move(*result);
+    }
+}
 
 /// Runs every event that is due now.
 void drainEvents();

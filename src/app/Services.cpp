@@ -1,0 +1,38 @@
+#include "app/Services.h"
+
+#include "base/AppLogger.h"
+#include "platform/linux/JsonUserDefaults.h"
+#include "platform/linux/LinuxAudioSession.h"
+#include "platform/linux/QtPathMonitor.h"
+#include "platform/linux/QtScheduler.h"
+#include "platform/linux/CurlURLSession.h"
+#include "platform/linux/SecItemStores.h"
+
+namespace ondavia {
+
+Services::Services(MpvOutputs outputs)
+    : folders(DataFolders::fromEnvironment())
+    , scheduler(makeQtScheduler())
+    , defaults(std::make_unique<JsonUserDefaults>(folders.settings / "settings.json"))
+    , secItems(makeSecItemStore(folders.vault))
+    , audioSession(makeLinuxAudioSession())
+    , idleInhibitor(makeScreenSaverInhibitor())
+    , makeSession(
+          [](const URLSessionConfiguration& configuration) { return makeCurlURLSession(configuration); })
+    , store(LibraryStore::open(folders.store))
+    , network(makeQtPathMonitor())
+    , playerManager(makeMpvPlayerFactory(notifications, outputs), notifications, *scheduler, *audioSession)
+    , keychain(*secItems, *defaults)
+    , appState(keychain, playerManager, makeSession) {
+    PlayerManager::setShared(&playerManager);
+    QObject::connect(&playerManager, &PlayerManager::isPlayingChanged, &playerManager,
+                     [this] { idleInhibitor->setInhibited(playerManager.isPlaying()); });
+}
+
+Services::~Services() = default;
+
+SyncEnvironment Services::syncEnvironment() {
+    return {*store, appState, *defaults, network, *scheduler};
+}
+
+} // namespace ondavia

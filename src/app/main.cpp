@@ -1,0 +1,56 @@
+#include "app/QtMessages.h"
+#include "app/Services.h"
+#include "screens/Screens.h"
+#include "screens/shell/ContentViewModel.h"
+
+#include <QCommandLineParser>
+#include <QGuiApplication>
+#include <QQmlApplicationEngine>
+
+#include <clocale>
+#include <cstdio>
+
+namespace {
+
+int runApplication(const QString& language) {
+    ondavia::Services services(ondavia::MpvOutputs::Window);
+    ondavia::ContentViewModel content(services.syncEnvironment());
+    QQmlApplicationEngine engine;
+    ondavia::loadScreens(engine, {.appState = services.appState,
+                                  .store = *services.store,
+                                  .playerManager = services.playerManager,
+                                  .defaults = *services.defaults,
+                                  .keychain = services.keychain,
+                                  .makeSession = services.makeSession,
+                                  .scheduler = *services.scheduler,
+                                  .content = content,
+                                  .cacheFolder = services.folders.cache,
+                                  .language = language.toStdString()});
+    return engine.rootObjects().isEmpty() ? 1 : QGuiApplication::exec();
+}
+
+} // namespace
+
+int main(int argc, char** argv) {
+    ondavia::routeQtMessages();
+    const QGuiApplication application(argc, argv);
+    QGuiApplication::setApplicationName(QStringLiteral("ondavia"));
+    QGuiApplication::setApplicationDisplayName(QStringLiteral("Ondavia"));
+    QGuiApplication::setDesktopFileName(QStringLiteral("ondavia"));
+    // libmpv reads and writes numbers by the C locale.
+    std::setlocale(LC_NUMERIC, "C");
+
+    QCommandLineParser options;
+    options.addHelpOption();
+    const QCommandLineOption language(QStringLiteral("language"),
+                                      QStringLiteral("Language of the interface: pt, en, es or fr."),
+                                      QStringLiteral("code"));
+    options.addOption(language);
+    options.process(application);
+    try {
+        return runApplication(options.value(language));
+    } catch (const std::exception& error) {
+        std::fprintf(stderr, "error: %s\n", error.what());
+        return 1;
+    }
+}

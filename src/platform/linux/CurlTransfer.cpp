@@ -1,0 +1,155 @@
+#include "platform/linux/CurlTransfer.h"
+
+#include <chrono>
+#include <curl/curl.h>
+
+namespace ondavia {
+namespace {
+
+constexpr const char* errorDomain = "CURL";
+constexpr long maximumRedirects = 16;
+/// What one read takes from the socket at most.
+constexpr long readSize = 256L << 10;
+
+using Clock = std::chrono::steady_clock;
+
+class Transfer final {
+public:
+    Transfer(const TransferRequest& request, URLBodyReader& reader, const std::atomic_bool& stop)
+        : m_request(request)
+        , m_reader(reader)
+        , m_stop(stop)
+        , m_curl(curl_easy_init()) {}
+    ~Transfer() {
+        curl_slist_free_all(m_headers);
+        curl_easy_cleanup(m_curl);
+    }
+    Transfer(const Transfer&) = delete;
+    Transfer& operator=(const Transfer&) = delete;
+
+    void run() {
+        configure();
+        const CURLcode code = curl_easy_perform(m_curl);
+        if (m_failure) {
+            std::rethrow_exception(m_failure);
+        }
+        if (code != CURLE_OK) {
+            throw URLError(code, errorDomain, curl_easy_strerror(code));
+        }
+        beginOnce();
+        m_reader.finish();
+    }
+
+private:
+    template<class Value> void set(CURLoption option, Value value) {
+        curl_easy_setopt(m_curl, option, value);
+    }
+
+    void configure() {
+        set(CURLOPT_URL, m_request.url.c_str());
+        set(CURLOPT_NOSIGNAL, 1L);
+        set(CURLOPT_USERAGENT, "ondavia/" ONDAVIA_VERSION);
+        set(CURLOPT_ACCEPT_ENCODING, "");
+        set(CURLOPT_HTTP_VERSION, static_cast<long>(CURL_HTTP_VERSION_2TLS));
+        set(CURLOPT_BUFFERSIZE, readSize);
+        set(CURLOPT_PROTOCOLS_STR, "http,https");
+        set(CURLOPT_FOLLOWLOCATION, 1L);
+        set(CURLOPT_MAXREDIRS, maximumRedirects);
+        // A redirect never leads from an encrypted address to a plain one.
+        set(CURLOPT_REDIR_PROTOCOLS_STR, m_request.url.starts_with("https:") ? "https" : "http,https");
+        set(CURLOPT_TIMEOUT_MS, static_cast<long>(m_request.configuration.resourceTimeout * 1000));
+        set(CURLOPT_WRITEFUNCTION, &Transfer::receive);
+        set(CURLOPT_WRITEDATA, this);
+        set(CURLOPT_NOPROGRESS, 0L);
+        set(CURLOPT_XFERINFOFUNCTION, &Transfer::watch);
+        set(CURLOPT_XFERINFODATA, this);
+        for (const auto& [name, value] : m_request.headers) {
+            m_headers = curl_slist_append(m_headers, (name + ": " + value).c_str());
+        }
+        set(CURLOPT_HTTPHEADER, m_headers);
+    }
+
+    static std::size_t receive(char* bytes, std::size_t, std::size_t size, void* self) {
+        return static_cast<Transfer*>(self)->take({bytes, size}) ? size : 0;
+    }
+
+    /// False ends the transfer with what stands in m_failure.
+    bool take(std::string_view bytes) {
+        try {
+            beginOnce();
+            m_received += bytes.size();
+            if (m_received > m_request.maximumBody) {
+                throw URLError(CURLE_FILESIZE_EXCEEDED, errorDomain,
+                               "The reply is longer than " + std::to_string(m_request.maximumBody) +
+                                   " bytes");
+            }
+            m_reader.receive(bytes);
+            // The reader's own time is no silence of the server.
+            m_lastActivity = Clock::now();
+            return true;
+        } catch (...) {
+            // Raised again when libcurl has returned: no exception may cross it.
+            m_failure = std::current_exception();
+            return false;
+        }
+    }
+
+    void beginOnce() {
+        if (m_began) {
+            return;
+        }
+        m_began = true;
+        long status = 0;
+        curl_easy_getinfo(m_curl, CURLINFO_RESPONSE_CODE, &status);
+        m_reader.begin(status > 0 ? std::optional(static_cast<int>(status)) : std::nullopt);
+    }
+
+    static int watch(void* self, curl_off_t, curl_off_t downloaded, curl_off_t, curl_off_t) {
+        return static_cast<Transfer*>(self)->goesOn(downloaded) ? 0 : 1;
+    }
+
+    /// Called at least about once a second.
+    bool goesOn(curl_off_t downloaded) {
+        const auto now = Clock::now();
+        if (downloaded != m_downloaded) {
+            m_downloaded = downloaded;
+            m_lastActivity = now;
+        }
+        const std::chrono::duration<double> silence = now - m_lastActivity;
+        if (silence.count() > m_request.configuration.requestTimeout) {
+            fail(CURLE_OPERATION_TIMEDOUT, "The server was silent for too long");
+        } else if (m_stop) {
+            fail(CURLE_ABORTED_BY_CALLBACK, "Cancelled");
+        }
+        return m_failure == nullptr;
+    }
+
+    void fail(CURLcode code, const char* description) {
+        if (!m_failure) {
+            m_failure = std::make_exception_ptr(URLError(code, errorDomain, description));
+        }
+    }
+
+    const TransferRequest& m_request;
+    URLBodyReader& m_reader;
+    const std::atomic_bool& m_stop;
+    CURL* m_curl;
+    curl_slist* m_headers = nullptr;
+    std::exception_ptr m_failure;
+    Clock::time_point m_lastActivity = Clock::now();
+    curl_off_t m_downloaded = 0;
+    std::size_t m_received = 0;
+    bool m_began = false;
+};
+
+} // namespace
+
+void performTransfer(const TransferRequest& request, URLBodyReader& reader, const std::atomic_bool& stop) {
+    static const CURLcode initialized = curl_global_init(CURL_GLOBAL_DEFAULT);
+    if (initialized != CURLE_OK) {
+        throw URLError(initialized, errorDomain, curl_easy_strerror(initialized));
+    }
+    Transfer(request, reader, stop).run();
+}
+
+} // namespace ondavia

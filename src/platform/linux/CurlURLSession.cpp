@@ -1,0 +1,108 @@
+#include "platform/linux/CurlURLSession.h"
+
+#include "platform/linux/CurlTransfer.h"
+
+#include <QPromise>
+#include <QUrl>
+#include <qcoro/qcorofuture.h>
+
+#include <chrono>
+#include <condition_variable>
+#include <mutex>
+#include <thread>
+
+namespace ondavia {
+namespace {
+
+/// The threads of all running transfers. At the end of the process they are told to stop and given a
+/// moment; none may touch what the process tears down afterwards.
+class TransferThreads final {
+public:
+    static TransferThreads& instance() {
+        static TransferThreads threads;
+        return threads;
+    }
+
+    void start(std::function<void(const std::atomic_bool& stop)> work) {
+        {
+            const std::lock_guard lock(m_mutex);
+            ++m_running;
+        }
+        std::thread([this, work = std::move(work)] {
+            work(m_stop);
+            const std::lock_guard lock(m_mutex);
+            --m_running;
+            m_ended.notify_all();
+        }).detach();
+    }
+
+private:
+    ~TransferThreads() {
+        constexpr std::chrono::seconds moment{3};
+        m_stop = true;
+        std::unique_lock lock(m_mutex);
+        m_ended.wait_for(lock, moment, [this] { return m_running == 0; });
+    }
+
+    std::atomic_bool m_stop = false;
+    std::mutex m_mutex;
+    std::condition_variable m_ended;
+    int m_running = 0;
+};
+
+/// Collects a whole body for `data`.
+class CollectingReader final : public URLBodyReader {
+public:
+    void begin(std::optional<int> statusCode) override { response.statusCode = statusCode; }
+    void receive(std::string_view bytes) override { response.body += bytes; }
+    void finish() override {}
+
+    URLResponse response;
+};
+
+class CurlURLSession final : public URLSession {
+public:
+    explicit CurlURLSession(const URLSessionConfiguration& configuration)
+        : m_configuration(configuration) {}
+
+    QCoro::Task<URLResponse> data(QUrl url, std::vector<Header> headers) override {
+        auto reader = std::make_shared<CollectingReader>();
+        co_await run(request(url, std::move(headers), maximumCollectedBody), reader);
+        co_return std::move(reader->response);
+    }
+
+    QCoro::Task<void> stream(QUrl url, std::shared_ptr<URLBodyReader> reader) override {
+        return run(request(url, {}, maximumStreamedBody), std::move(reader));
+    }
+
+private:
+    [[nodiscard]] TransferRequest request(const QUrl& url, std::vector<Header> headers,
+                                          std::size_t limit) const {
+        return {url.toEncoded().toStdString(), std::move(headers), limit, m_configuration};
+    }
+
+    static QCoro::Task<void> run(TransferRequest request, std::shared_ptr<URLBodyReader> reader) {
+        const auto promise = std::make_shared<QPromise<void>>();
+        promise->start();
+        TransferThreads::instance().start([request = std::move(request), reader, promise](const auto& stop) {
+            try {
+                performTransfer(request, *reader, stop);
+            } catch (...) {
+                // Whatever the transfer or its reader raises belongs to whoever awaits it.
+                promise->setException(std::current_exception());
+            }
+            promise->finish();
+        });
+        co_await promise->future();
+    }
+
+    URLSessionConfiguration m_configuration;
+};
+
+} // namespace
+
+std::shared_ptr<URLSession> makeCurlURLSession(const URLSessionConfiguration& configuration) {
+    return std::make_shared<CurlURLSession>(configuration);
+}
+
+} // namespace ondavia

@@ -1,0 +1,49 @@
+#include "base/AppLogger.h"
+#include "support/TestSupport.h"
+
+#include <gtest/gtest.h>
+
+namespace ondavia {
+namespace {
+
+TEST(AppLogger, putsArgumentsInTheirPlaces) {
+    const testing::LogCapture log;
+    AppLogger::keychain.error("SecItemAdd failed for key=%s with OSStatus: %d", {"ondavia_server", -25299});
+    AppLogger::subtitle.debug("VOD %ld: fetch error code=%{public}ld domain=%{public}s",
+                              {17, std::int64_t{-1009}, "domain"});
+    ASSERT_EQ(log.records().size(), 2U);
+    EXPECT_EQ(log.records()[0].message, "SecItemAdd failed for key=ondavia_server with OSStatus: -25299");
+    EXPECT_EQ(log.records()[0].category, LogCategory::keychain);
+    EXPECT_EQ(log.records()[0].level, LogLevel::Error);
+    EXPECT_EQ(log.records()[1].message, "VOD 17: fetch error code=-1009 domain=domain");
+    EXPECT_EQ(log.records()[1].level, LogLevel::Debug);
+}
+
+TEST(AppLogger, masksPrivateTextsAndPrintsPublicOnesAsTheyStand) {
+    const testing::LogCapture log;
+    AppLogger::network.error("%s | %{public}s", {"http://h/live/u/p/1.ts", "http://h/docs"});
+    EXPECT_EQ(log.records().at(0).message, "http://h/<redacted> | http://h/docs");
+}
+
+TEST(AppLogger, keepsOneCallOnOneLine) {
+    const testing::LogCapture log;
+    AppLogger::general.error("a %s", {"first\nsecond\r\nthird"});
+    EXPECT_EQ(log.records().at(0).message, "a first second  third");
+}
+
+TEST(AppLogger, survivesAFormatThatAsksForMoreThanItGets) {
+    const testing::LogCapture log;
+    AppLogger::general.error("%s %ld %");
+    EXPECT_EQ(log.records().at(0).message, "  ");
+}
+
+TEST(AppLogger, namesItsFiveCategories) {
+    EXPECT_EQ(logCategoryName(LogCategory::player), "player");
+    EXPECT_EQ(logCategoryName(LogCategory::network), "network");
+    EXPECT_EQ(logCategoryName(LogCategory::subtitle), "subtitle");
+    EXPECT_EQ(logCategoryName(LogCategory::keychain), "keychain");
+    EXPECT_EQ(logCategoryName(LogCategory::general), "general");
+}
+
+} // namespace
+} // namespace ondavia

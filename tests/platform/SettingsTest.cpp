@@ -1,0 +1,115 @@
+#include "platform/linux/DataFolders.h"
+#include "platform/linux/JsonUserDefaults.h"
+#include "support/TestSupport.h"
+
+#include <fstream>
+#include <gtest/gtest.h>
+#include <sys/stat.h>
+
+namespace ondavia {
+namespace {
+
+class SettingsTest : public ::testing::Test {
+protected:
+    testing::TemporaryFolder folder;
+    std::filesystem::path file = folder.path() / "settings.json";
+};
+
+TEST_F(SettingsTest, keepsEveryTypeForTheNextStart) {
+    const Date date(std::chrono::microseconds(1'772'399'100'123'456));
+    {
+        JsonUserDefaults defaults(file);
+        defaults.setString("text", "olá");
+        defaults.setDouble("number", 3600.5);
+        defaults.setDate("date", date);
+        defaults.setStringArray("list", {"Notícias", "", "Notícias"});
+        defaults.setStringArray("empty", {});
+    }
+    const JsonUserDefaults defaults(file);
+    EXPECT_EQ(defaults.stringForKey("text"), "olá");
+    EXPECT_EQ(defaults.doubleForKey("number"), 3600.5);
+    EXPECT_EQ(defaults.dateForKey("date"), date);
+    EXPECT_EQ(defaults.stringArrayForKey("list"), (std::vector<std::string>{"Notícias", "", "Notícias"}));
+    EXPECT_EQ(defaults.stringArrayForKey("empty"), std::vector<std::string>());
+}
+
+TEST_F(SettingsTest, countsAValueOfAnotherTypeAsMissing) {
+    JsonUserDefaults defaults(file);
+    defaults.setString("key", "text");
+    EXPECT_EQ(defaults.doubleForKey("key"), 0);
+    EXPECT_EQ(defaults.dateForKey("key"), std::nullopt);
+    EXPECT_EQ(defaults.stringArrayForKey("key"), std::nullopt);
+    defaults.setDouble("key", 1);
+    EXPECT_EQ(defaults.stringForKey("key"), std::nullopt);
+    EXPECT_EQ(defaults.stringForKey("other"), std::nullopt);
+}
+
+TEST_F(SettingsTest, removesAKey) {
+    JsonUserDefaults defaults(file);
+    defaults.setString("key", "text");
+    defaults.removeObjectForKey("key");
+    EXPECT_EQ(JsonUserDefaults(file).stringForKey("key"), std::nullopt);
+}
+
+TEST_F(SettingsTest, isReadableByItsOwnerOnly) {
+    JsonUserDefaults(file).setString("key", "text");
+    struct stat status {};
+    ASSERT_EQ(::stat(file.c_str(), &status), 0);
+    EXPECT_EQ(status.st_mode & 0777, 0600U);
+}
+
+TEST_F(SettingsTest, seesAndKeepsWhatAnotherProcessWrites) {
+    JsonUserDefaults ours(file);
+    JsonUserDefaults theirs(file);
+    ours.setString("a", "1");
+    theirs.setString("b", "2");
+    EXPECT_EQ(ours.stringForKey("b"), "2");
+    ours.setString("c", "3");
+    EXPECT_EQ(theirs.stringForKey("a"), "1");
+    EXPECT_EQ(theirs.stringForKey("c"), "3");
+}
+
+TEST_F(SettingsTest, keepsADamagedFileAside) {
+    std::ofstream(file) << "{\"half\": ";
+    const testing::LogCapture log;
+    JsonUserDefaults defaults(file);
+    EXPECT_EQ(defaults.stringForKey("half"), std::nullopt);
+    EXPECT_TRUE(std::filesystem::exists(file.string() + ".damaged"));
+    EXPECT_EQ(log.messages(LogCategory::general, LogLevel::Error).size(), 1U);
+    defaults.setString("key", "text");
+    EXPECT_EQ(JsonUserDefaults(file).stringForKey("key"), "text");
+}
+
+TEST_F(SettingsTest, refusesADateThatNoCalendarHolds) {
+    std::ofstream(file) << R"({"date": {"date": 1e300}})";
+    EXPECT_EQ(JsonUserDefaults(file).dateForKey("date"), std::nullopt);
+}
+
+TEST_F(SettingsTest, reportsThatItCannotWrite) {
+    const testing::LogCapture log;
+    JsonUserDefaults(folder.path() / "missing" / "settings.json").setString("key", "text");
+    EXPECT_FALSE(log.messages(LogCategory::general, LogLevel::Error).empty());
+}
+
+TEST_F(SettingsTest, oneFolderHoldsEverythingWhenAskedFor) {
+    qputenv("ONDAVIA_DATA_DIR", QByteArray::fromStdString((folder.path() / "all").string()));
+    const DataFolders folders = DataFolders::fromEnvironment();
+    qunsetenv("ONDAVIA_DATA_DIR");
+    for (const auto& each : {folders.store, folders.settings, folders.cache, folders.vault}) {
+        EXPECT_EQ(each.parent_path(), folder.path() / "all");
+        struct stat status {};
+        ASSERT_EQ(::stat(each.c_str(), &status), 0) << each;
+        EXPECT_EQ(status.st_mode & 0777, 0700U);
+    }
+}
+
+TEST_F(SettingsTest, theUsersOwnFoldersAreUsedOtherwise) {
+    const DataFolders folders = DataFolders::fromEnvironment();
+    const std::filesystem::path home = qgetenv("HOME").toStdString();
+    EXPECT_EQ(folders.store, home / ".local/share/ondavia/store");
+    EXPECT_EQ(folders.settings, home / ".config/ondavia");
+    EXPECT_EQ(folders.cache, home / ".cache/ondavia");
+}
+
+} // namespace
+} // namespace ondavia
