@@ -5,6 +5,7 @@
 #include <array>
 #include <cstdio>
 #include <filesystem>
+#include <string_view>
 
 namespace ondavia::demo {
 namespace {
@@ -38,14 +39,17 @@ std::string background(std::size_t number, const std::string& seconds) {
            ":d=" + seconds;
 }
 
-std::string fontOption() {
-    static const char* const inter = "/usr/share/fonts/opentype/inter/InterDisplay-Bold.otf";
-    return std::filesystem::exists(inter) ? std::string("fontfile=") + inter : std::string("font=Sans");
+std::string_view fontOption() {
+    constexpr std::string_view option = "fontfile=/usr/share/fonts/opentype/inter/InterDisplay-Bold.otf";
+    static const bool isInstalled = std::filesystem::exists(option.substr(option.find('=') + 1));
+    return isInstalled ? option : "font=Sans";
 }
 
 std::string label(const std::string& option, int size, const std::string& place) {
-    return "drawtext=" + fontOption() + ":" + option + ":fontsize=" + std::to_string(size) +
-           ":fontcolor=white:shadowcolor=black@0.5:shadowx=2:shadowy=2:" + place;
+    std::string filter = "drawtext=";
+    filter += fontOption();
+    filter += ":" + option + ":fontsize=" + std::to_string(size);
+    return filter + ":fontcolor=white:shadowcolor=black@0.5:shadowx=2:shadowy=2:" + place;
 }
 
 /// Label, running clock and a bar that crosses the picture.
