@@ -40,9 +40,11 @@ protected:
         const auto logBefore = logSize();
         start(catalogue, QStringLiteral("catalogue"), QString::number(rowsPerGeneration));
         start(favourites, QStringLiteral("favourites"), QString::fromStdString(logFile().string()));
-        ASSERT_TRUE(waitUntil([&] {
+        const auto bothHaveWritten = [&] {
             return logSize() > logBefore && fs::read_symlink(storeFolder() / "catalogue.db") != linkBefore;
-        }));
+        };
+        // A favourite waits for the disk, which may be busy with everything else on the machine.
+        ASSERT_TRUE(waitUntil(bothHaveWritten, std::chrono::minutes(2)));
         QThread::usleep(std::uniform_int_distribution<unsigned long>(0, 60'000)(m_random));
         catalogue.kill();
         favourites.kill();
