@@ -4,34 +4,34 @@
 #include "store/Replacement.h"
 #include "store/StoreError.h"
 
+#include <condition_variable>
+#include <cstddef>
 #include <cstdint>
+#include <exception>
 #include <memory>
 #include <mutex>
 #include <span>
 #include <string>
-#include <unordered_map>
 #include <utility>
 #include <vector>
 
 namespace ondavia {
-
-class LibraryStore;
-
-/// Category ids to category names.
-using CategoryMap = std::unordered_map<std::string, std::string>;
 
 /// The three lists, in the order in which their rows stand in the catalogue.
 enum class CatalogueSection { Live = 0, Movies = 1, Series = 2 };
 
 /// Takes the rows of one stream list as they arrive, normalises them and puts them aside for the new
 /// catalogue, so that download, decoding and writing overlap. Rows that come before the categories are
-/// known wait here.
+/// known wait here; when many wait, `take` does too, and with it the server that sends them.
 ///
 /// `restart`, `take` and `finish` write, and run on worker threads; `setCategories` may be called from any.
 /// The others belong to whoever waited for those. A failed write is kept for `rethrowFailure`: it is no
 /// fault of the server and must not start another download.
 template<class Row> class SectionIntake final {
 public:
+    /// Batches that wait for their categories at the most: about 16 MB of the server's text.
+    static constexpr std::size_t maximumWaitingBatches = 64;
+
     using Normalize = std::vector<Channel> (XtreamAPIClient::*)(std::span<Row>, const std::string&,
                                                                 const CategoryMap&) const;
 
@@ -54,11 +54,16 @@ public:
     void setCategories(CategoryMap categories) {
         const std::lock_guard lock(m_categoriesMutex);
         m_categories = std::make_shared<const CategoryMap>(std::move(categories));
+        m_categoriesCame.notify_all();
     }
 
+    /// On the transfer's own thread, which it may hold up until the categories are there.
     void take(std::vector<Row>&& rows) {
         const std::lock_guard lock(m_mutex);
         m_waiting.push_back(std::move(rows));
+        if (m_waiting.size() >= maximumWaitingBatches) {
+            waitForCategories();
+        }
         writeWaitingRows();
     }
 
@@ -91,6 +96,11 @@ private:
         m_waiting.clear();
     }
 
+    void waitForCategories() {
+        std::unique_lock lock(m_categoriesMutex);
+        m_categoriesCame.wait(lock, [this] { return m_categories != nullptr; });
+    }
+
     std::shared_ptr<const CategoryMap> categories() {
         const std::lock_guard lock(m_categoriesMutex);
         return m_categories;
@@ -109,6 +119,7 @@ private:
     int m_section;
     Normalize m_normalize;
     std::mutex m_categoriesMutex;
+    std::condition_variable m_categoriesCame;
     std::shared_ptr<const CategoryMap> m_categories;
     std::mutex m_mutex;
     std::vector<std::vector<Row>> m_waiting;

@@ -4,13 +4,12 @@
 #include "library/FetchWithRetry.h"
 #include "library/NetworkMonitor.h"
 #include "library/SyncError.h"
+#include "platform/PoolWork.h"
 #include "platform/UserDefaults.h"
 #include "store/LibraryStore.h"
 
-#include <QtConcurrent>
+#include <map>
 #include <qcoro/qcorofuture.h>
-
-#include <tuple>
 
 namespace ondavia {
 namespace {
@@ -54,7 +53,8 @@ void requireUniqueIds(const char* action, const CategoryList& categories) {
 
 } // namespace
 
-/// What one run gathers. Shared with the transfers' worker threads.
+/// What one run gathers. Coroutines hold it; transfers and pool work only refer to it, since a coroutine
+/// waits for each of them.
 struct DataSyncService::Run final {
     Run(const std::shared_ptr<XtreamAPIClient>& client, const std::shared_ptr<Replacement<Channel>>& rows,
         std::stop_token stopToken)
@@ -99,17 +99,18 @@ QCoro::Task<std::int64_t> fetchStreams(std::shared_ptr<XtreamAPIClient> client, 
                                        std::shared_ptr<Run> run, SectionIntake<Row>& section,
                                        AppState& appState, Scheduler& scheduler) {
     auto* intake = &section;
-    const std::function<void()> restart = [intake, run] { intake->restart(); };
-    const std::function attempt = [client, action, intake, run, restart]() -> QCoro::Task<std::int64_t> {
-        co_await QtConcurrent::run(restart);
-        const std::function<void(std::vector<Row> &&)> take = [intake, run](std::vector<Row>&& rows) {
+    const auto restart = [intake] { intake->restart(); };
+    const std::function attempt = [client, action, intake, restart]() -> QCoro::Task<std::int64_t> {
+        const auto restarted = runOnPool(restart);
+        co_await restarted;
+        const std::function<void(std::vector<Row> &&)> take = [intake](std::vector<Row>&& rows) {
             intake->take(std::move(rows));
         };
         co_return co_await client->template fetchRows<Row>(action, take);
     };
     const auto rows = co_await fetchWithRetry(attempt, retries, appState, scheduler, run->stop);
     if (!rows) {
-        const auto restarted = QtConcurrent::run(restart);
+        const auto restarted = runOnPool(restart);
         co_await restarted;
     }
     co_return rows.value_or(0);
@@ -128,19 +129,40 @@ QCoro::Task<void> DataSyncService::syncAll(std::stop_token stop) {
         co_return;
     }
     appState.setLoadingMessage(localizedText("sync.loadingContent", "A carregar conteudo..."));
-    const auto begun = QtConcurrent::run([store = &m_environment.store] {
-        return std::make_shared<Replacement<Channel>>(store->beginReplacement<Channel>());
-    });
-    const auto run = std::make_shared<Run>(m_client, co_await begun, std::move(stop));
-    co_await download(run);
+    std::shared_ptr<Run> run = co_await beginRun(std::move(stop));
+    std::exception_ptr failure;
+    try {
+        co_await carryOut(run);
+    } catch (...) {
+        // Raised again below.
+        failure = std::current_exception();
+    }
+    // Half a catalogue is much to throw away.
+    const auto dropped = runOnPool([run = std::move(run)]() mutable { run.reset(); });
+    co_await dropped;
+    if (failure) {
+        std::rethrow_exception(failure);
+    }
+}
 
+QCoro::Task<std::shared_ptr<DataSyncService::Run>> DataSyncService::beginRun(std::stop_token stop) {
+    const auto begun = runOnPool([client = m_client, store = &m_environment.store, stop = std::move(stop)] {
+        const auto rows = std::make_shared<Replacement<Channel>>(store->beginReplacement<Channel>());
+        return std::make_shared<Run>(client, rows, stop);
+    });
+    co_return co_await begun;
+}
+
+QCoro::Task<void> DataSyncService::carryOut(std::shared_ptr<Run> run) {
+    AppState& appState = m_environment.appState;
+    co_await download(run);
     requireUniqueIds("get_live_categories", run->liveCategories);
     requireUniqueIds("get_vod_categories", run->vodCategories);
     requireUniqueIds("get_series_categories", run->seriesCategories);
     publishCategories(*run);
     warnAboutEmptyLists(*run);
     appState.setLoadingMessage("A processar " + std::to_string(run->rawCount()) + " itens...");
-    const auto normalized = QtConcurrent::run([run] {
+    const auto normalized = runOnPool([run] {
         run->live.finish();
         run->movies.finish();
         run->series.finish();
@@ -158,26 +180,30 @@ QCoro::Task<void> DataSyncService::syncAll(std::stop_token stop) {
     appState.setLoadingMessage({});
 }
 
+bool publishStoredTotals(const SyncEnvironment& environment) {
+    std::map<std::string, std::int64_t> counts;
+    try {
+        for (auto& [type, rows] : environment.store.mainContext().countsBy(&Channel::type)) {
+            counts[type] = rows;
+        }
+    } catch (const StoreError& error) {
+        AppLogger::general.error("catalogue: cannot be counted: %s", {error.what()});
+    }
+    if (counts.empty()) {
+        return false;
+    }
+    environment.appState.setTotalLive(counts["live"]);
+    environment.appState.setTotalMovies(counts["movie"]);
+    environment.appState.setTotalSeries(counts["series"]);
+    return true;
+}
+
 /// Without a network path the rows that are there must do; without rows there is nothing to show.
 void DataSyncService::useCachedCatalogue() {
-    const auto countOf = [this](std::string_view type) -> std::int64_t {
-        try {
-            return m_environment.store.mainContext().count(field(&Channel::type) == type);
-        } catch (const StoreError& error) {
-            AppLogger::general.error("catalogue: cannot be counted: %s", {error.what()});
-            return 0;
-        }
-    };
-    const std::int64_t live = countOf("live");
-    const std::int64_t movies = countOf("movie");
-    const std::int64_t series = countOf("series");
-    if (live + movies + series == 0) {
+    AppState& appState = m_environment.appState;
+    if (!publishStoredTotals(m_environment)) {
         throw SyncError(SyncError::Case::noConnection);
     }
-    AppState& appState = m_environment.appState;
-    appState.setTotalLive(live);
-    appState.setTotalMovies(movies);
-    appState.setTotalSeries(series);
     appState.setLoadingMessage({});
     appState.showToast(localizedText("sync.offline", "Sem internet — a usar dados em cache"),
                        ToastType::warning);
@@ -236,14 +262,14 @@ QCoro::Task<std::int64_t> DataSyncService::writeCatalogue(std::shared_ptr<Run> r
     const std::int64_t count =
         run->live.normalizedCount() + run->movies.normalizedCount() + run->series.normalizedCount();
     if (count >= 1) {
-        const auto committed = QtConcurrent::run([run] { run->catalogue->commit(); });
+        const auto committed = runOnPool([run] { run->catalogue->commit(); });
         co_await committed;
     }
     co_return count;
 }
 
 QCoro::Task<void> DataSyncService::updatePlaylist(std::int64_t channelCount) {
-    const auto saved = QtConcurrent::run([store = &m_environment.store, channelCount] {
+    const auto saved = runOnPool([store = &m_environment.store, channelCount] {
         const auto context = store->makeContext();
         const Date now = currentDate();
         Playlist playlist{"main", "Principal", "xtream", true, "main", channelCount, now, now};

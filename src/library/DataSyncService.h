@@ -24,6 +24,10 @@ struct SyncEnvironment final {
     Scheduler& scheduler;
 };
 
+/// Sets the totals of the state to the numbers of stored rows, if there are any; whether there are. Rows
+/// that cannot be read count as none. Main thread.
+bool publishStoredTotals(const SyncEnvironment& environment);
+
 /// Brings the provider's whole catalogue into the store: six lists are fetched at once, normalised, and
 /// the table of channels is replaced as a whole. Publishes categories and totals on `AppState` and keeps
 /// the provider's category order in the settings. It neither authenticates nor writes the time of the
@@ -47,6 +51,8 @@ private:
     struct Run;
 
     void useCachedCatalogue();
+    QCoro::Task<std::shared_ptr<Run>> beginRun(std::stop_token stop);
+    QCoro::Task<void> carryOut(std::shared_ptr<Run> run);
     QCoro::Task<void> download(std::shared_ptr<Run> run);
     void publishCategories(const Run& run);
     void warnAboutEmptyLists(const Run& run);

@@ -1,0 +1,65 @@
+#pragma once
+
+#include <QElapsedTimer>
+#include <QProcess>
+#include <QStringList>
+#include <QTimer>
+
+#include <cstdint>
+#include <functional>
+#include <string>
+
+namespace ondavia::bench {
+
+/// What one side of a comparison took.
+struct Measurement final {
+    double seconds = 0;
+    /// Highest resident memory during the work over what the process held before it, in MiB.
+    double memory = 0;
+    /// Longest time in which the main thread's event loop did not turn, in milliseconds.
+    double stall = 0;
+};
+
+/// The demo provider as a process of its own, so that its work shows in no figure but the wall clock.
+class ProviderProcess final {
+public:
+    /// Starts the program beside this one and waits until it listens. Raises std::runtime_error.
+    explicit ProviderProcess(const QStringList& options);
+    ~ProviderProcess();
+    [[nodiscard]] const QString& url() const { return m_url; }
+
+private:
+    QProcess m_process;
+    QString m_url;
+};
+
+/// Notes the longest time between two turns of the event loop while it lives.
+class StallMeter final {
+public:
+    StallMeter();
+    [[nodiscard]] double longestMilliseconds() const { return static_cast<double>(m_longest) / 1e6; }
+
+private:
+    QTimer m_timer;
+    QElapsedTimer m_sinceTick;
+    std::int64_t m_longest = 0;
+};
+
+/// Runs `work` and measures it. Memory is measured from a reset of the process's high-water mark.
+Measurement measure(const std::function<void()>& work);
+
+/// Runs this program again with `arguments` and reads the measurement that it prints by `printForParent`:
+/// each side has a process of its own, so that neither inherits the other's memory. Raises
+/// std::runtime_error when the child fails.
+Measurement runChild(const QStringList& arguments);
+void printForParent(const Measurement& measurement);
+
+/// The best of `rounds` runs of each side, taken in turns.
+struct Comparison final {
+    Measurement ours;
+    Measurement bare;
+    void print(const std::string& what) const;
+};
+Comparison compare(int rounds, const QStringList& ours, const QStringList& bare);
+
+} // namespace ondavia::bench

@@ -1,0 +1,210 @@
+#include "tour/Tour.h"
+
+#include "app/Services.h"
+#include "support/TestSupport.h"
+
+#include <QDir>
+#include <QElapsedTimer>
+#include <QImage>
+#include <QQuickItem>
+#include <QTest>
+
+#include <stdexcept>
+
+namespace ondavia {
+namespace {
+
+constexpr std::chrono::seconds patience{60};
+
+/// Whether anything inside `item` is still on its way: pictures that load, motion that has not ended.
+bool isLoadingPictures(const QQuickItem& item) {
+    if (!item.isVisible()) {
+        return false;
+    }
+    constexpr int loading = 2;
+    if (item.inherits("QQuickImageBase") && item.property("status").toInt() == loading) {
+        return true;
+    }
+    const auto children = item.childItems();
+    return std::any_of(children.begin(), children.end(),
+                       [](const QQuickItem* child) { return isLoadingPictures(*child); });
+}
+
+} // namespace
+
+Tour::Tour(QQuickWindow& window, Services& services, QString folder, QString prefix)
+    : m_window(window)
+    , m_services(services)
+    , m_folder(std::move(folder))
+    , m_prefix(std::move(prefix)) {}
+
+void Tour::signIn(const QString& server, const QString& user, const QString& password) {
+    shoot(QStringLiteral("welcome"));
+    press(Qt::Key_Return);
+    waitFor(QStringLiteral("the sign-in step"),
+            [this] { return find(QStringLiteral("server")).isVisible(); });
+    settle();
+    shoot(QStringLiteral("sign-in"));
+    type(QStringLiteral("server"), server);
+    type(QStringLiteral("username"), user);
+    type(QStringLiteral("password"), QStringLiteral("errada"));
+    click(find(QStringLiteral("test")));
+    waitFor(QStringLiteral("the answer"), [this] { return find(QStringLiteral("test")).isEnabled(); });
+    shoot(QStringLiteral("sign-in-refused"));
+    type(QStringLiteral("password"), password);
+    click(find(QStringLiteral("signIn")));
+    waitFor(QStringLiteral("the loading overlay"), [this] { return m_services.appState.isLoading(); });
+    shoot(QStringLiteral("loading"));
+    waitFor(QStringLiteral("the catalogue"),
+            [this] { return !m_services.appState.isLoading() && m_services.appState.totalLive() > 0; });
+}
+
+void Tour::browse() {
+    selectTab(0);
+    shoot(QStringLiteral("home"));
+    showOverlays();
+    browseLive();
+    browseMovies();
+    selectTab(3);
+    shoot(QStringLiteral("series"));
+    selectTab(4);
+    shoot(QStringLiteral("favorites"));
+    selectTab(0);
+}
+
+void Tour::showOverlays() {
+    const std::pair<ToastType, const char*> toasts[] = {
+        {ToastType::info, "A atualizar conteudo..."},
+        {ToastType::success, "Conteudo atualizado!"},
+        {ToastType::warning, "Sem internet — a usar dados em cache"},
+        {ToastType::error, "Erro ao carregar conteúdo. Verifica a tua ligação."}};
+    const char* names[] = {"info", "success", "warning", "error"};
+    for (const auto& [type, text] : toasts) {
+        m_services.appState.showToast(text, type);
+        settle();
+        shoot(QStringLiteral("toast-") + QLatin1String(names[static_cast<int>(type)]));
+    }
+    m_services.appState.setToastMessage(std::nullopt);
+    m_services.appState.setLoadingMessage("A carregar conteudo...");
+    m_services.appState.setIsLoading(true);
+    settle();
+    shoot(QStringLiteral("loading-overlay"));
+    m_services.appState.setIsLoading(false);
+    m_services.appState.setLoadingMessage({});
+}
+
+void Tour::browseLive() {
+    selectTab(1);
+    shoot(QStringLiteral("live"));
+    click(firstRow(QStringLiteral("liveCategories")));
+    waitFor(QStringLiteral("the channels"),
+            [this] { return find(QStringLiteral("liveChannels")).isVisible(); });
+    settle();
+    shoot(QStringLiteral("live-channels"));
+    click(firstRow(QStringLiteral("liveChannels")));
+    watch(QStringLiteral("player-channel"));
+    press(Qt::Key_Escape);
+    settle();
+}
+
+void Tour::browseMovies() {
+    selectTab(2);
+    shoot(QStringLiteral("movies"));
+    click(firstRow(QStringLiteral("movieGrid")));
+    watch(QStringLiteral("player-film"));
+}
+
+/// Two pictures of what plays, one second apart: they must differ.
+void Tour::watch(const QString& name) {
+    const PlayerManager& manager = m_services.playerManager;
+    waitFor(QStringLiteral("the picture"), [&manager] {
+        return manager.isPlaying() && !manager.isBuffering() && manager.currentTime() > 0;
+    });
+    const QImage first = m_window.grabWindow();
+    shoot(name + QStringLiteral("-1"));
+    const double time = manager.currentTime();
+    waitFor(QStringLiteral("the next second"), [&] { return manager.currentTime() >= time + 1; });
+    const QImage second = m_window.grabWindow();
+    shoot(name + QStringLiteral("-2"));
+    if (first == second) {
+        throw std::runtime_error("the picture of " + name.toStdString() + " does not move");
+    }
+    press(Qt::Key_Escape);
+    waitFor(QStringLiteral("the end of playback"), [this] { return !m_services.appState.isPlaying(); });
+    settle();
+}
+
+void Tour::shoot(const QString& name) {
+    settle();
+    const QString file = QDir(m_folder).filePath(m_prefix + name + QStringLiteral(".png"));
+    if (!m_window.grabWindow().save(file)) {
+        throw std::runtime_error("cannot write " + file.toStdString());
+    }
+}
+
+void Tour::selectTab(int tab) {
+    m_services.appState.setSelectedTab(static_cast<AppTab>(tab));
+    settle();
+}
+
+/// Waits until pictures are there and the motion of a change has run its course.
+void Tour::settle() {
+    constexpr qint64 motion = 400;
+    QElapsedTimer clock;
+    clock.start();
+    testing::waitUntil(
+        [&] { return clock.elapsed() >= motion && !isLoadingPictures(*m_window.contentItem()); },
+        std::chrono::seconds(10));
+}
+
+void Tour::waitFor(const QString& what, const std::function<bool()>& condition) {
+    if (!testing::waitUntil(condition, patience)) {
+        throw std::runtime_error("waited in vain for " + what.toStdString());
+    }
+}
+
+void Tour::type(const QString& field, const QString& text) {
+    click(find(field));
+    QTest::keyClick(&m_window, Qt::Key_A, Qt::ControlModifier);
+    QTest::keyClick(&m_window, Qt::Key_Delete);
+    for (const QChar character : text) {
+        QTest::sendKeyEvent(QTest::Click, &m_window, Qt::Key_unknown, QString(character), Qt::NoModifier);
+    }
+}
+
+void Tour::click(const QQuickItem& item) {
+    const QPointF centre = item.mapToScene(QPointF(item.width() / 2, item.height() / 2));
+    QTest::mouseClick(&m_window, Qt::LeftButton, Qt::NoModifier, centre.toPoint());
+    settle();
+}
+
+void Tour::press(int key) {
+    QTest::keyClick(&m_window, static_cast<Qt::Key>(key));
+}
+
+QQuickItem& Tour::find(const QString& objectName) const {
+    for (QQuickItem* item : m_window.contentItem()->findChildren<QQuickItem*>(objectName)) {
+        if (item->isVisible()) {
+            return *item;
+        }
+    }
+    throw std::runtime_error("nothing called " + objectName.toStdString() + " is on screen");
+}
+
+QQuickItem& Tour::firstRow(const QString& view) const {
+    auto* content = find(view).property("contentItem").value<QQuickItem*>();
+    QQuickItem* first = nullptr;
+    for (QQuickItem* row : content->childItems()) {
+        const bool isRow = row->isVisible() && row->height() > 0 && row->isEnabled();
+        if (isRow &&
+            (first == nullptr || std::pair(row->y(), row->x()) < std::pair(first->y(), first->x()))) {
+            first = row;
+        }
+    }
+    if (first == nullptr) {
+        throw std::runtime_error(view.toStdString() + " is empty");
+    }
+    return *first;
+}
+
+} // namespace ondavia

@@ -1,0 +1,49 @@
+#pragma once
+
+#include <QQuickWindow>
+#include <QString>
+
+#include <functional>
+
+class QQuickItem;
+
+namespace ondavia {
+
+class Services;
+class ContentViewModel;
+
+/// Walks through the running application as a viewer does, with clicks and keys, and writes a PNG of each
+/// screen. Main thread.
+class Tour final {
+public:
+    /// All must outlive the object. Pictures go to `folder`, each name behind `prefix`.
+    Tour(QQuickWindow& window, Services& services, QString folder, QString prefix);
+
+    /// Signs in on an empty application: the step empty, with a refused account, and the load.
+    void signIn(const QString& server, const QString& user, const QString& password);
+    /// Every tab, the overlays and the players of a filled application. Raises std::runtime_error where
+    /// the application does not do what a viewer would expect.
+    void browse();
+
+private:
+    void shoot(const QString& name);
+    void showOverlays();
+    void browseLive();
+    void browseMovies();
+    void watch(const QString& name);
+    void selectTab(int tab);
+    void settle();
+    void waitFor(const QString& what, const std::function<bool()>& condition);
+    void type(const QString& field, const QString& text);
+    void click(const QQuickItem& item);
+    void press(int key);
+    [[nodiscard]] QQuickItem& find(const QString& objectName) const;
+    [[nodiscard]] QQuickItem& firstRow(const QString& view) const;
+
+    QQuickWindow& m_window;
+    Services& m_services;
+    QString m_folder;
+    QString m_prefix;
+};
+
+} // namespace ondavia
