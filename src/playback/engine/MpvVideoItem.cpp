@@ -40,23 +40,24 @@ public:
             clear();
             return;
         }
-        if (m_picture == nullptr) {
-            m_picture = window->createImageNode();
-            m_picture->setOwnsTexture(true);
-            m_picture->setFiltering(QSGTexture::Linear);
+        // Whole before it joins, and under the background: the software renderer reads a node's texture and
+        // rectangle right then, and passes over nodes that join a node without contents late.
+        QSGImageNode* picture = m_picture != nullptr ? m_picture : window->createImageNode();
+        picture->setOwnsTexture(true);
+        picture->setFiltering(QSGTexture::Linear);
+        picture->setTexture(texture);
+        picture->setSourceRect(QRectF(QPointF(), texture->textureSize()));
+        picture->setRect(m_background->rect());
+        picture->markDirty(QSGNode::DirtyMaterial);
+        if (std::exchange(m_picture, picture) == nullptr) {
+            m_background->appendChildNode(picture);
         }
-        m_picture->setTexture(texture);
-        // Only now: the software scene graph looks at the texture of a node that joins it.
-        if (m_picture->parent() == nullptr) {
-            appendChildNode(m_picture);
-        }
-        m_picture->markDirty(QSGNode::DirtyMaterial);
         m_frame = std::move(frame);
     }
 
     void clear() {
         if (m_picture != nullptr) {
-            removeChildNode(m_picture);
+            m_background->removeChildNode(m_picture);
             delete std::exchange(m_picture, nullptr);
         }
         m_frame = {};
@@ -159,6 +160,7 @@ void MpvVideoItem::giveTarget(QOpenGLContext* sceneGraphContext) {
 
 QSGNode* MpvVideoItem::updatePaintNode(QSGNode* old, UpdatePaintNodeData* /*data*/) {
     auto* node = old == nullptr ? new VideoNode(window()) : static_cast<VideoNode*>(old);
+    node->setRect(boundingRect());
     if (m_renderer == nullptr) {
         node->clear();
     } else {
@@ -176,7 +178,6 @@ QSGNode* MpvVideoItem::updatePaintNode(QSGNode* old, UpdatePaintNodeData* /*data
                 Qt::QueuedConnection);
         }
     }
-    node->setRect(boundingRect());
     return node;
 }
 
