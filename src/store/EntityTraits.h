@@ -7,6 +7,7 @@
 #include "entities/WatchHistory.h"
 
 #include <array>
+#include <chrono>
 #include <string_view>
 #include <tuple>
 #include <type_traits>
@@ -100,6 +101,11 @@ template<> struct EntityTraits<Channel> final {
     };
 };
 
+/// Programmes longer than this are few. They have an index of their own, so that what is on now on all
+/// channels is found among the starts of the last hours.
+inline constexpr std::chrono::hours longProgram{6};
+inline constexpr std::string_view longProgramCondition = "\"stop\" - \"start\" > 21600000000";
+
 template<> struct EntityTraits<EPGProgram> final {
     static constexpr EntityKind kind = EntityKind::EPGProgram;
     static constexpr StoreFile file = StoreFile::Guide;
@@ -116,6 +122,8 @@ template<> struct EntityTraits<EPGProgram> final {
     };
     static constexpr std::array indexes{
         IndexDescription{"epg_program_by_channel", "channel_id, start, stop"},
+        IndexDescription{"epg_program_by_start", "start, stop, channel_id, title"},
+        IndexDescription{"epg_program_long", "stop, start, channel_id, title", longProgramCondition},
     };
 };
 

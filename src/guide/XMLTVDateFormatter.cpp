@@ -1,0 +1,61 @@
+#include "guide/XMLTVDateFormatter.h"
+
+#include <algorithm>
+
+namespace ondavia {
+namespace {
+
+constexpr std::size_t commonLength = 20;
+constexpr std::size_t blankIndex = 14;
+constexpr std::size_t signIndex = 15;
+/// The first whole year of the Gregorian calendar. ICU counts by the Julian one before.
+constexpr int firstGregorianYear = 1583;
+
+bool isDigit(char character) {
+    return character >= '0' && character <= '9';
+}
+
+int number(std::string_view digits) {
+    int value = 0;
+    for (const char digit : digits) {
+        value = value * 10 + (digit - '0');
+    }
+    return value;
+}
+
+bool hasCommonShape(std::string_view text) {
+    return text.size() == commonLength && std::ranges::all_of(text.substr(0, blankIndex), isDigit) &&
+           text[blankIndex] == ' ' && (text[signIndex] == '+' || text[signIndex] == '-') &&
+           std::ranges::all_of(text.substr(signIndex + 1), isDigit);
+}
+
+} // namespace
+
+XMLTVDateFormatter::XMLTVDateFormatter()
+    : m_pattern("yyyyMMddHHmmss Z") {}
+
+std::optional<Date> XMLTVDateFormatter::commonForm(std::string_view text) {
+    if (!hasCommonShape(text)) {
+        return std::nullopt;
+    }
+    const std::chrono::year_month_day day{
+        std::chrono::year(number(text.substr(0, 4))),
+        std::chrono::month(static_cast<unsigned>(number(text.substr(4, 2)))),
+        std::chrono::day(static_cast<unsigned>(number(text.substr(6, 2))))};
+    const std::chrono::hours hour(number(text.substr(8, 2)));
+    const std::chrono::minutes minute(number(text.substr(10, 2)));
+    const std::chrono::seconds second(number(text.substr(12, 2)));
+    const std::chrono::hours offsetHours(number(text.substr(16, 2)));
+    const std::chrono::minutes offsetMinutes(number(text.substr(18, 2)));
+    const bool isPlain = int{day.year()} >= firstGregorianYear && day.ok() && hour.count() < 24 &&
+                         minute.count() < 60 && second.count() < 60 && offsetHours.count() < 24 &&
+                         offsetMinutes.count() < 60;
+    if (!isPlain) {
+        return std::nullopt;
+    }
+    const auto offset = offsetHours + offsetMinutes;
+    return Date(std::chrono::sys_days(day) + hour + minute + second) -
+           (text[signIndex] == '+' ? offset : -offset);
+}
+
+} // namespace ondavia

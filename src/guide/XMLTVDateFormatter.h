@@ -1,0 +1,29 @@
+#pragma once
+
+#include "guide/DatePattern.h"
+
+namespace ondavia {
+
+/// Reads the dates of XMLTV documents, by the pattern "yyyyMMddHHmmss Z". One thread at a time.
+class XMLTVDateFormatter final {
+public:
+    XMLTVDateFormatter();
+
+    /// Absent when the text does not fit, as one without an offset. What ICU makes of it counts.
+    [[nodiscard]] std::optional<Date> date(std::string_view text) const {
+        const auto common = commonForm(text);
+        return common ? common : m_pattern.date(text);
+    }
+
+    /// The one form that guides use, without ICU: fourteen digits, a blank, a sign and four digits, of a
+    /// year when the calendar was today's already. Absent for every other text, right or wrong.
+    [[nodiscard]] static std::optional<Date> commonForm(std::string_view text);
+
+    /// ICU's answer alone.
+    [[nodiscard]] std::optional<Date> byPattern(std::string_view text) const { return m_pattern.date(text); }
+
+private:
+    DatePattern m_pattern;
+};
+
+} // namespace ondavia
