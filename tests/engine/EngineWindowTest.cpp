@@ -134,11 +134,11 @@ TEST(EngineWindow, MovesBetweenHostsWithoutAStop) {
         Scene::host(engine, scene.small());
         EXPECT_TRUE(showsPicture(scene, scene.small()));
         EXPECT_TRUE(pictureMoves(scene, scene.small()));
-        EXPECT_GT(engine->currentPlaybackTime(), time);
+        EXPECT_TRUE(engine.awaitPosition(time + 0.1));
         time = engine->currentPlaybackTime();
         Scene::host(engine, scene.large());
         EXPECT_TRUE(pictureMoves(scene, scene.large()));
-        EXPECT_GT(engine->currentPlaybackTime(), time);
+        EXPECT_TRUE(engine.awaitPosition(time + 0.1));
     }
     EXPECT_EQ(server.requests(), requests);
     EXPECT_EQ(engine.count("prepared"), 1);

@@ -1,6 +1,7 @@
 #include "base/AppLogger.h"
 #include "playback/engine/VideoTarget.h"
 
+#include <algorithm>
 #include <cstdlib>
 
 namespace ondavia::engine {
@@ -15,6 +16,15 @@ QImage alignedImage(QSize size) {
     void* bytes = std::aligned_alloc(alignment, stride * static_cast<std::size_t>(size.height()));
     return {static_cast<uchar*>(bytes), size.width(), size.height(), static_cast<qsizetype>(stride),
             QImage::Format_RGB32,       std::free,    bytes};
+}
+
+/// mpv leaves the fourth byte of each pixel at 0, which a window with an alpha channel takes for glass.
+void makeOpaque(QImage& image) {
+    constexpr std::uint32_t opaque = 0xff000000;
+    for (int line = 0; line < image.height(); ++line) {
+        auto* pixels = reinterpret_cast<std::uint32_t*>(image.scanLine(line));
+        std::for_each_n(pixels, image.width(), [](std::uint32_t& pixel) { pixel |= opaque; });
+    }
 }
 
 class SoftwareVideoTarget final : public VideoTarget {
@@ -44,6 +54,7 @@ public:
             AppLogger::player.error("No picture drawn: %{public}s", {mpv_error_string(status)});
             return {};
         }
+        makeOpaque(image);
         return {nullptr, std::move(image), 0};
     }
 
