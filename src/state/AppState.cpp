@@ -59,7 +59,7 @@ void AppState::showToast(std::string message, ToastType type) {
     setToastType(type);
 }
 
-void AppState::playChannel(const Channel& channel) {
+void AppState::playChannel(Channel channel) {
     endMiniPlayerSession();
     // Two absent ids are equal: an item of an unknown series keeps the playlist that no series holds.
     const auto parentSeriesId = seriesParentChannel() ? seriesParentChannel()->seriesId : std::nullopt;
@@ -69,17 +69,17 @@ void AppState::playChannel(const Channel& channel) {
         setCurrentEpisodeIndex(0);
         setSeriesParentChannel(std::nullopt);
     }
-    setCurrentChannel(channel);
+    setCurrentChannel(std::move(channel));
     setIsPlaying(true);
 }
 
-void AppState::playSeriesEpisode(const Channel& channel, std::vector<XtreamEpisode> episodes,
-                                 std::int64_t episodeIndex, const Channel& parentChannel) {
+void AppState::playSeriesEpisode(Channel channel, std::vector<XtreamEpisode> episodes,
+                                 std::int64_t episodeIndex, Channel parentChannel) {
     endMiniPlayerSession();
     setSeriesEpisodes(std::move(episodes));
     setCurrentEpisodeIndex(episodeIndex);
-    setSeriesParentChannel(parentChannel);
-    setCurrentChannel(channel);
+    setSeriesParentChannel(std::move(parentChannel));
+    setCurrentChannel(std::move(channel));
     setIsPlaying(true);
 }
 

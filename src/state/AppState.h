@@ -107,11 +107,12 @@ public:
     void showToast(std::string message, ToastType type);
 
     /// Opens a session for an item that was not chosen from a season list. A session in the mini player
-    /// ends first; a series playlist survives only an episode of its own series.
-    void playChannel(const Channel& channel);
+    /// ends first; a series playlist survives only an episode of its own series. By value, here and below:
+    /// the caller's item may be a field that changes on the way.
+    void playChannel(Channel channel);
     /// Opens a session for an episode chosen from its season list. The index is not checked.
-    void playSeriesEpisode(const Channel& channel, std::vector<XtreamEpisode> episodes,
-                           std::int64_t episodeIndex, const Channel& parentChannel);
+    void playSeriesEpisode(Channel channel, std::vector<XtreamEpisode> episodes, std::int64_t episodeIndex,
+                           Channel parentChannel);
     /// Whether the root view shows the full-screen player.
     [[nodiscard]] bool presentsPlayer() const;
     /// What the root view does when the full-screen player has gone: nothing while it shrinks, otherwise
