@@ -1,0 +1,150 @@
+#include "cli/Arguments.h"
+
+#include <QDateTime>
+#include <QTimeZone>
+
+#include <CLI/CLI.hpp>
+
+#include <map>
+#include <vector>
+
+namespace ondavia::cli {
+namespace {
+
+constexpr int usageStatus = 2;
+
+/// What CLI11 fills, before it is checked and converted.
+struct RawArguments final {
+    bool json = false;
+    std::string category;
+    std::int64_t limit = 0;
+    std::vector<std::string> catchup;
+};
+
+std::optional<Date> parseUtcTime(const std::string& text) {
+    QDateTime time = QDateTime::fromString(QString::fromStdString(text), Qt::ISODate);
+    if (!time.isValid()) {
+        return std::nullopt;
+    }
+    if (time.timeSpec() == Qt::LocalTime) {
+        time.setTimeZone(QTimeZone::utc());
+    }
+    return Date(std::chrono::milliseconds(time.toMSecsSinceEpoch()));
+}
+
+Catchup parseCatchup(const std::vector<std::string>& words) {
+    const auto start = parseUtcTime(words.at(0));
+    if (!start) {
+        throw CLI::ValidationError("--catchup", "START is a time like 2026-03-01T21:05, in UTC");
+    }
+    std::int64_t minutes = 0;
+    if (!CLI::detail::lexical_cast(words.at(1), minutes) || minutes < 1) {
+        throw CLI::ValidationError("--catchup", "MINUTES is a whole number of 1 or more");
+    }
+    return {*start, minutes};
+}
+
+CLI::App* describe(CLI::App& app, Arguments& arguments, Command command, const char* name,
+                   const char* explanation) {
+    return app.add_subcommand(name, explanation)->callback([&arguments, command] {
+        arguments.command = command;
+    });
+}
+
+void addType(CLI::App& command, Arguments& arguments) {
+    const std::map<std::string, std::string> types{
+        {"live", "live"}, {"movie", "movie"}, {"movies", "movie"}, {"series", "series"}};
+    command.add_option("TYPE", arguments.type, "live, movies or series")
+        ->required()
+        ->transform(CLI::CheckedTransformer(types).description(""));
+}
+
+void addId(CLI::App& command, Arguments& arguments, const char* explanation) {
+    command.add_option("ID", arguments.id, explanation)->required();
+}
+
+void describeAccount(CLI::App& app, Arguments& arguments) {
+    auto* in = describe(app, arguments, &signIn, "signin",
+                        "Check an account and keep it. The password is read from standard input: one line, "
+                        "not shown on a terminal");
+    in->add_option("--server", arguments.server, "address of the provider")->required();
+    in->add_option("--username", arguments.username, "user name at the provider")->required();
+    in->parse_complete_callback([&arguments] { arguments.wantsPassword = true; });
+    describe(app, arguments, &signOut, "signout",
+             "Forget the account, the catalogue, the guide, favourites and history");
+    describe(app, arguments, &showAccount, "account", "Ask the provider what it knows of the account");
+}
+
+void describeCatalogue(CLI::App& app, Arguments& arguments, RawArguments& raw) {
+    describe(app, arguments, &synchronise, "sync", "Download the provider's whole catalogue");
+    addType(*describe(app, arguments, &listCategories, "categories", "List the categories of a type"),
+            arguments);
+    auto* list = describe(app, arguments, &listItems, "list", "List the items of a type");
+    addType(*list, arguments);
+    list->add_option("--category", raw.category, "only the items of this category");
+    list->add_option("--limit", raw.limit, "no more than so many items")->check(CLI::PositiveNumber);
+    addId(*describe(app, arguments, &showItem, "show", "Show all that is known of an item"), arguments,
+          "id of an item or an episode");
+}
+
+void describeMedia(CLI::App& app, Arguments& arguments, RawArguments& raw) {
+    addId(*describe(app, arguments, &showSeries, "series", "List the seasons and episodes of a series"),
+          arguments, "id of a series, such as main_series_77 or 77");
+    auto* url = describe(app, arguments, &printURL, "url",
+                         "Print the address of an item's stream. It holds the account: keep it to yourself");
+    addId(*url, arguments, "id of an item or an episode");
+    url->add_option("--catchup", raw.catchup, "the recording of a live channel from START on, in UTC")
+        ->expected(2)
+        ->type_name("START MINUTES");
+    auto* play = describe(app, arguments, &playItem, "play",
+                          "Play an item without picture and sound, and tell what the player does");
+    addId(*play, arguments, "id of an item or an episode");
+    play->add_option("--from", arguments.playFrom, "start so many seconds into the item")
+        ->check(CLI::NonNegativeNumber);
+    play->add_option("--for", arguments.playFor, "end after so many seconds")
+        ->check(CLI::PositiveNumber)
+        ->capture_default_str();
+    describe(app, arguments, &examineProvider, "doctor",
+             "Ask the provider everything once, and say what is wrong with its answers");
+}
+
+/// CLI11 would repeat arguments that it does not know, and one of them may be a password.
+std::string failureMessage(const CLI::App* app, const CLI::Error& error) {
+    const bool isUnknown = error.get_name() == "ExtrasError";
+    return "error: " + std::string(isUnknown ? "an argument is not known here" : error.what()) + "\nRun " +
+           app->get_name() + " --help for more.\n";
+}
+
+} // namespace
+
+ParsedArguments parseArguments(int argc, char** argv) {
+    ParsedArguments result;
+    Arguments& arguments = result.arguments;
+    RawArguments raw;
+    CLI::App app("Ondavia without a window", "ondavia-cli");
+    app.require_subcommand(1);
+    app.fallthrough();
+    app.failure_message(failureMessage);
+    app.add_flag("--json", raw.json, "print one JSON object a line");
+    describeAccount(app, arguments);
+    describeCatalogue(app, arguments, raw);
+    describeMedia(app, arguments, raw);
+    try {
+        app.parse(argc, argv);
+        if (!raw.catchup.empty()) {
+            arguments.catchup = parseCatchup(raw.catchup);
+        }
+    } catch (const CLI::ParseError& error) {
+        result.exitStatus = app.exit(error) == 0 ? 0 : usageStatus;
+    }
+    arguments.format = raw.json ? OutputFormat::Json : OutputFormat::Text;
+    if (!raw.category.empty()) {
+        arguments.category = raw.category;
+    }
+    if (raw.limit > 0) {
+        arguments.limit = raw.limit;
+    }
+    return result;
+}
+
+} // namespace ondavia::cli

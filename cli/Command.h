@@ -1,0 +1,51 @@
+#pragma once
+
+#include <qcoro/qcorotask.h>
+
+#include <stdexcept>
+#include <string>
+
+namespace ondavia {
+class Services;
+}
+
+namespace ondavia::cli {
+
+struct Arguments;
+class Output;
+
+/// What a command works with; all of it outlives the command.
+struct CommandContext final {
+    Services& services;
+    Output& output;
+    const Arguments& arguments;
+    /// As it was given on standard input; empty for commands that ask for none.
+    const std::string& password;
+};
+
+/// One command of the program. Main thread. What it raises is told to the user, and ends the program with
+/// status 1.
+using Command = QCoro::Task<void> (*)(CommandContext);
+
+/// A failure of the command's own, in words for the user and without secrets.
+class CommandError final : public std::runtime_error {
+public:
+    using std::runtime_error::runtime_error;
+};
+
+QCoro::Task<void> signIn(CommandContext context);
+QCoro::Task<void> signOut(CommandContext context);
+QCoro::Task<void> showAccount(CommandContext context);
+
+QCoro::Task<void> synchronise(CommandContext context);
+QCoro::Task<void> listCategories(CommandContext context);
+QCoro::Task<void> listItems(CommandContext context);
+QCoro::Task<void> showItem(CommandContext context);
+
+QCoro::Task<void> showSeries(CommandContext context);
+QCoro::Task<void> printURL(CommandContext context);
+QCoro::Task<void> playItem(CommandContext context);
+
+QCoro::Task<void> examineProvider(CommandContext context);
+
+} // namespace ondavia::cli
