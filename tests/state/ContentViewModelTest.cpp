@@ -1,0 +1,400 @@
+#include "screens/shell/ContentViewModel.h"
+#include "SyncFixture.h"
+
+namespace ondavia::testing {
+namespace {
+
+using namespace std::chrono_literals;
+using ::testing::ElementsAre;
+using ::testing::IsEmpty;
+
+constexpr const char* loadError = "Erro ao carregar conteúdo. Verifica a tua ligação.";
+constexpr const char* lastSync = "ondavia_last_sync";
+constexpr const char* liveOrder = "ondavia_live_cat_order";
+
+std::string logInReply(const std::string& expiry, const std::string& connections = R"("2")") {
+    return R"({"user_info":{"auth":1,"exp_date":)" + expiry + R"(,"max_connections":)" + connections +
+           R"(},"server_info":{}})";
+}
+
+class ContentViewModelTest : public SyncFixture {
+protected:
+    ContentViewModelTest() { provider.script("", {body(logInReply("null"))}); }
+
+    void load() { resultOf(content.loadContent()); }
+    /// Stored rows of all kinds, as a synchronisation `age` ago has left them.
+    void cacheCatalogue(std::chrono::microseconds age = 1min) {
+        storeEarlierCatalogue();
+        Channel live;
+        live.id = "main_l";
+        live.type = "live";
+        live.groupTitle = "News";
+        store->mainContext().insert(live);
+        live.id = "main_l2";
+        live.groupTitle = "Art";
+        store->mainContext().insert(live);
+        store->mainContext().save();
+        defaults.setStringArray(liveOrder, {"News", "Art"});
+        defaults.setDate(lastSync, now - age);
+    }
+    [[nodiscard]] bool logsIn() const { return provider.requestCount("") > 0; }
+    /// Whether loading the cached catalogue starts a refresh, which then runs to its end.
+    bool loadRefreshes() {
+        scriptSmallCatalogue();
+        provider.script("", {body(logInReply("null"))});
+        load();
+        scheduler.runPending();
+        const Date before = *defaults.dateForKey(lastSync);
+        if (!waitUntil([this] { return logsIn(); }, 300ms)) {
+            return false;
+        }
+        EXPECT_TRUE(waitUntil([&] { return defaults.dateForKey(lastSync) != before || before == now; }));
+        EXPECT_TRUE(waitUntil([&] { return appState.loadingMessage().empty(); }));
+        return true;
+    }
+
+    Date now{1'700'000'000s};
+    ContentViewModel content{environment(), [this] { return now; }};
+};
+
+TEST_F(ContentViewModelTest, TheFirstLoadWaitsBehindTheOverlay) {
+    scriptSmallCatalogue();
+    load();
+    EXPECT_EQ(journal.lines.front(), "loading");
+    EXPECT_EQ(journal.lines.at(1), "message A carregar conteudo...");
+    EXPECT_EQ(journal.lines.back(), "not loading");
+    EXPECT_EQ(journal.starting("message ").back(), "message ");
+    EXPECT_EQ(appState.totalLive(), 2);
+    EXPECT_EQ(defaults.dateForKey(lastSync), now);
+    EXPECT_FALSE(appState.toastMessage());
+    EXPECT_FALSE(defaults.dateForKey("ondavia_last_epg_load")) << "the guide waits for a later load";
+}
+
+TEST_F(ContentViewModelTest, StartsOnlyWithAnAccount) {
+    appState.logout();
+    content.start();
+    EXPECT_THAT(journal.starting("loading"), IsEmpty());
+    scriptSmallCatalogue();
+    appState.saveCredentials(provider.url(), "ana", "word");
+    content.signedIn();
+    EXPECT_TRUE(appState.isLoading());
+    EXPECT_TRUE(waitUntil([&] { return !appState.isLoading(); }));
+    EXPECT_EQ(appState.totalMovies(), 2);
+}
+
+TEST_F(ContentViewModelTest, AnIncompleteAccountLowersTheOverlay) {
+    appState.setPassword({});
+    load();
+    EXPECT_THAT(journal.starting("loading"), ElementsAre("loading"));
+    EXPECT_FALSE(appState.isLoading());
+    EXPECT_FALSE(appState.toastMessage());
+    EXPECT_FALSE(defaults.dateForKey(lastSync));
+}
+
+TEST_F(ContentViewModelTest, ASyncWithoutOverlayLeavesItAlone) {
+    scriptSmallCatalogue();
+    appState.setIsLoading(true);
+    resultOf(content.performSync(false));
+    EXPECT_TRUE(appState.isLoading());
+    provider.script("", {failure()});
+    resultOf(content.performSync(false));
+    EXPECT_TRUE(appState.isLoading());
+    EXPECT_EQ(appState.toastMessage(), loadError);
+    appState.setPassword({});
+    resultOf(content.performSync(false));
+    EXPECT_TRUE(appState.isLoading());
+}
+
+struct FailedLogIn final {
+    const char* name;
+    Reply reply;
+};
+
+class FailedLogInTest : public ContentViewModelTest, public ::testing::WithParamInterface<FailedLogIn> {};
+
+TEST_P(FailedLogInTest, OfAFirstLoadShowsTheSameToast) {
+    provider.script("", {GetParam().reply});
+    load();
+    EXPECT_EQ(appState.toastMessage(), loadError);
+    EXPECT_EQ(appState.toastType(), ToastType::error);
+    EXPECT_FALSE(appState.isLoading());
+    EXPECT_FALSE(defaults.dateForKey(lastSync));
+    EXPECT_TRUE(appState.liveCategories().empty());
+    EXPECT_EQ(provider.requestCount("get_series"), 0);
+    EXPECT_THAT(journal.lines, ::testing::Contains("not loading"));
+}
+
+TEST_P(FailedLogInTest, OverACachedCatalogueShowsNothing) {
+    cacheCatalogue(4 * 24h);
+    provider.script("", {GetParam().reply});
+    load();
+    journal.lines.clear();
+    scheduler.runPending();
+    ASSERT_TRUE(waitUntil([&] { return logsIn(); }));
+    // Once more, to have its end.
+    resultOf(content.backgroundSync());
+    EXPECT_THAT(journal.lines, IsEmpty());
+    EXPECT_EQ(appState.totalMovies(), 2);
+    EXPECT_EQ(defaults.dateForKey(lastSync), now - 4 * 24h) << "the next start tries again";
+    EXPECT_EQ(provider.requestCount("get_series"), 0);
+}
+
+INSTANTIATE_TEST_SUITE_P(LogIn, FailedLogInTest,
+                         ::testing::Values(FailedLogIn{"Refused", body(R"({"user_info":{"auth":0}})")},
+                                           FailedLogIn{"WithoutUser", body(R"({"server_info":{}})")},
+                                           FailedLogIn{"Status401", failure(401)},
+                                           FailedLogIn{"NoJSON", body("<html>")},
+                                           FailedLogIn{"Cut", cutShort(logInReply("null"))}),
+                         [](const auto& test) { return std::string(test.param.name); });
+
+TEST_F(ContentViewModelTest, AnUnreachableServerShowsTheToastAfterTheOverlay) {
+    appState.saveCredentials("http://127.0.0.1:1", "ana", "word");
+    load();
+    EXPECT_EQ(appState.toastMessage(), loadError);
+    const auto& lines = journal.lines;
+    EXPECT_LT(std::ranges::find(lines, "not loading"),
+              std::ranges::find(lines, std::string("toast ") + loadError));
+}
+
+TEST_F(ContentViewModelTest, AConnectionLostAfterTheLogInWithoutRowsShowsTheLoadError) {
+    goOffline();
+    load();
+    EXPECT_EQ(appState.toastMessage(), loadError);
+    EXPECT_FALSE(defaults.dateForKey(lastSync));
+}
+
+TEST_F(ContentViewModelTest, AConnectionLostAfterTheLogInWithRowsUsesThemAndStampsTheTime) {
+    cacheCatalogue(4 * 24h);
+    goOffline();
+    resultOf(content.backgroundSync());
+    EXPECT_EQ(appState.toastMessage(), "Sem internet — a usar dados em cache");
+    EXPECT_EQ(appState.toastType(), ToastType::warning);
+    EXPECT_EQ(appState.totalMovies(), 2);
+    EXPECT_EQ(defaults.dateForKey(lastSync), now);
+}
+
+TEST_F(ContentViewModelTest, EmptyListsShowTheLoadErrorAtAFirstLoad) {
+    load();
+    EXPECT_EQ(appState.toastMessage(), loadError);
+    EXPECT_EQ(appState.toastType(), ToastType::error);
+    EXPECT_FALSE(defaults.dateForKey(lastSync));
+}
+
+TEST_F(ContentViewModelTest, EmptyListsInTheBackgroundKeepTheOldTime) {
+    cacheCatalogue(4 * 24h);
+    resultOf(content.backgroundSync());
+    EXPECT_EQ(defaults.dateForKey(lastSync), now - 4 * 24h);
+    EXPECT_NE(appState.toastMessage(), loadError);
+    EXPECT_THAT(storedNames(), ::testing::Contains("Old A"));
+}
+
+TEST_F(ContentViewModelTest, CachedRowsShowAtOnceAndNothingIsAskedWhenNoneIsDue) {
+    cacheCatalogue();
+    defaults.setStringArray("ondavia_vod_cat_order", {"Other"});
+    EXPECT_FALSE(loadRefreshes());
+    EXPECT_THAT(journal.lines, ElementsAre("totalLive 2", "totalMovies 2", "live News=News Art=Art"));
+    EXPECT_THAT(appState.vodCategories(), IsEmpty()) << "Old is not in the order";
+    EXPECT_FALSE(appState.isLoading());
+}
+
+TEST_F(ContentViewModelTest, TheCategoriesAreThereBeforeTheNetworkIsAsked) {
+    cacheCatalogue(4 * 24h);
+    load();
+    EXPECT_EQ(appState.liveCategories().size(), 2U);
+    EXPECT_FALSE(logsIn());
+    EXPECT_TRUE(loadRefreshes());
+    EXPECT_THAT(journal.starting("loading"), IsEmpty()) << "no overlay covers the screen";
+    EXPECT_THAT(storedNames(), ::testing::Not(::testing::Contains("Old A")));
+}
+
+TEST_F(ContentViewModelTest, ExactlyTheIntervalIsNotDueAndTheNextInstantIs) {
+    constexpr auto threeDays = 259'200s;
+    cacheCatalogue(threeDays);
+    EXPECT_FALSE(loadRefreshes());
+    defaults.setDate(lastSync, now - threeDays - 1us);
+    EXPECT_TRUE(loadRefreshes());
+}
+
+TEST_F(ContentViewModelTest, AnIntervalOfZeroOrLessMeansThreeDays) {
+    for (const double interval : {0.0, -5.0}) {
+        cacheCatalogue(259'200s);
+        defaults.setDouble("ondavia_sync_interval", interval);
+        EXPECT_FALSE(loadRefreshes()) << interval;
+    }
+    defaults.setDate(lastSync, now - 259'201s);
+    EXPECT_TRUE(loadRefreshes());
+}
+
+TEST_F(ContentViewModelTest, AStoredIntervalCounts) {
+    cacheCatalogue(1h);
+    defaults.setDouble("ondavia_sync_interval", 3600);
+    EXPECT_FALSE(loadRefreshes());
+    defaults.setDate(lastSync, now - 1h - 1s);
+    EXPECT_TRUE(loadRefreshes());
+}
+
+TEST_F(ContentViewModelTest, ATimeNeverWrittenIsTheDistantPast) {
+    cacheCatalogue();
+    defaults.removeObjectForKey(lastSync);
+    scriptSmallCatalogue();
+    load();
+    scheduler.runPending();
+    EXPECT_TRUE(waitUntil([&] { return defaults.dateForKey(lastSync) == now; }));
+}
+
+TEST_F(ContentViewModelTest, AMissingLiveOrderForcesARefresh) {
+    cacheCatalogue(1min);
+    defaults.removeObjectForKey(liveOrder);
+    EXPECT_TRUE(loadRefreshes());
+}
+
+TEST_F(ContentViewModelTest, AnEmptyLiveOrderIsAnOrder) {
+    cacheCatalogue(1min);
+    defaults.setStringArray(liveOrder, {});
+    EXPECT_FALSE(loadRefreshes());
+    EXPECT_TRUE(appState.liveCategories().empty());
+    EXPECT_EQ(appState.totalLive(), 2);
+}
+
+TEST_F(ContentViewModelTest, OnlyTheLiveOrderIsLookedAt) {
+    cacheCatalogue(1min);
+    EXPECT_FALSE(defaults.stringArrayForKey("ondavia_vod_cat_order"));
+    EXPECT_FALSE(loadRefreshes());
+    EXPECT_THAT(appState.vodCategories(), ElementsAre(CategoryItem{"Old", "Old", 0}));
+}
+
+TEST_F(ContentViewModelTest, ABackgroundRefreshLeavesTheAccountsFactsAlone) {
+    cacheCatalogue(4 * 24h);
+    scriptSmallCatalogue();
+    provider.script("", {body(logInReply(R"("1800000000")", R"("7")"))});
+    resultOf(content.backgroundSync());
+    EXPECT_EQ(defaults.dateForKey(lastSync), now);
+    EXPECT_FALSE(appState.expirationDate());
+    EXPECT_EQ(appState.maxConnections(), 1);
+}
+
+TEST_F(ContentViewModelTest, ABackgroundRefreshWithoutAnAccountDoesNothing) {
+    appState.setServer({});
+    resultOf(content.backgroundSync());
+    EXPECT_THAT(journal.lines, IsEmpty());
+    EXPECT_FALSE(defaults.dateForKey(lastSync));
+}
+
+TEST_F(ContentViewModelTest, ARefreshThatIsDueDoesNotOutliveTheView) {
+    cacheCatalogue(4 * 24h);
+    {
+        ContentViewModel shortLived(environment(), [this] { return now; });
+        resultOf(shortLived.loadContent());
+    }
+    scheduler.runPending();
+    drainEvents();
+    EXPECT_FALSE(logsIn());
+}
+
+struct Fact final {
+    const char* name;
+    std::string json;
+    std::optional<double> seconds;
+};
+
+class ExpiryTest : public ContentViewModelTest, public ::testing::WithParamInterface<Fact> {};
+
+TEST_P(ExpiryTest, IsReadAsSecondsSince1970) {
+    scriptSmallCatalogue();
+    provider.script("", {body(logInReply(GetParam().json))});
+    appState.setExpirationDate(Date{});
+    load();
+    const auto& expiry = appState.expirationDate();
+    ASSERT_EQ(expiry.has_value(), GetParam().seconds.has_value());
+    if (expiry) {
+        EXPECT_DOUBLE_EQ(secondsSince1970(*expiry), *GetParam().seconds);
+    }
+}
+
+INSTANTIATE_TEST_SUITE_P(Texts, ExpiryTest,
+                         ::testing::Values(Fact{"Null", "null", std::nullopt},
+                                           Fact{"Digits", R"("1735689600")", 1'735'689'600.0},
+                                           Fact{"Fraction", R"("1735689600.5")", 1'735'689'600.5},
+                                           Fact{"Exponent", R"("1.7e9")", 1.7e9},
+                                           Fact{"Plus", R"("+5")", 5.0}, Fact{"Negative", R"("-5")", -5.0},
+                                           Fact{"TwoSigns", R"("+-5")", std::nullopt},
+                                           Fact{"Zero", R"("0")", 0.0}, Fact{"Empty", R"("")", std::nullopt},
+                                           Fact{"Words", R"("Unlimited")", std::nullopt},
+                                           Fact{"TrailingText", R"("17 days")", std::nullopt},
+                                           Fact{"Blank", R"(" 17")", std::nullopt},
+                                           Fact{"BeyondEveryCalendar", R"("1e300")", std::nullopt},
+                                           Fact{"NotANumber", R"("nan")", std::nullopt}),
+                         [](const auto& test) { return std::string(test.param.name); });
+
+struct Connections final {
+    const char* name;
+    std::string json;
+    std::int64_t expected;
+};
+
+class ConnectionsTest : public ContentViewModelTest, public ::testing::WithParamInterface<Connections> {};
+
+TEST_P(ConnectionsTest, AreADecimalIntegerOrOne) {
+    scriptSmallCatalogue();
+    provider.script("", {body(logInReply("null", GetParam().json))});
+    appState.setMaxConnections(9);
+    load();
+    EXPECT_EQ(appState.maxConnections(), GetParam().expected);
+}
+
+INSTANTIATE_TEST_SUITE_P(Texts, ConnectionsTest,
+                         ::testing::Values(Connections{"Three", R"("3")", 3},
+                                           Connections{"Zero", R"("0")", 0}, Connections{"Empty", R"("")", 1},
+                                           Connections{"Null", "null", 1},
+                                           Connections{"Fraction", R"("2.5")", 1},
+                                           Connections{"Words", R"("many")", 1},
+                                           Connections{"TooLong", R"("99999999999999999999")", 1}),
+                         [](const auto& test) { return std::string(test.param.name); });
+
+TEST(OrderedCategories, AreSortedByTheirBytesWithoutASavedOrder) {
+    EXPECT_THAT(orderedCategories({"b", "É", "a", "B", "a"}, std::nullopt),
+                ElementsAre(CategoryItem{"B", "B", 0}, CategoryItem{"a", "a", 0}, CategoryItem{"b", "b", 0},
+                            CategoryItem{"É", "É", 0}));
+}
+
+TEST(OrderedCategories, FollowTheSavedOrderAndLeaveOutWhatItDoesNotHold) {
+    EXPECT_THAT(orderedCategories({"A", "B", "Sem Categoria"}, std::vector<std::string>{"B", "gone", "A"}),
+                ElementsAre(CategoryItem{"B", "B", 0}, CategoryItem{"A", "A", 0}));
+    EXPECT_THAT(orderedCategories({"A"}, std::vector<std::string>{}), IsEmpty());
+}
+
+TEST_F(ContentViewModelTest, AnItemChosenOverTheMiniPlayerIsTheOnlyOnePresented) {
+    Channel first;
+    first.id = "first";
+    Channel second;
+    second.id = "second";
+    appState.playChannel(first);
+    appState.setShowMiniPlayer(true);
+    drainEvents();
+    std::vector<std::string> presented;
+    QObject::connect(&content, &ContentViewModel::presentsPlayerChanged, &content, [&] {
+        presented.push_back(content.presentsPlayer() ? appState.currentChannel()->id : "none");
+    });
+    appState.playChannel(second);
+    drainEvents();
+    EXPECT_THAT(presented, ::testing::Each("second"));
+    EXPECT_FALSE(presented.empty());
+}
+
+TEST_F(ContentViewModelTest, ShrinkingLowersThePlayerAndItsDismissalChangesNothing) {
+    Channel channel;
+    channel.id = "first";
+    appState.playChannel(channel);
+    EXPECT_TRUE(content.presentsPlayer());
+    appState.setShowMiniPlayer(true);
+    EXPECT_FALSE(content.presentsPlayer());
+    content.playerDismissed();
+    EXPECT_TRUE(appState.isPlaying());
+    appState.setShowMiniPlayer(false);
+    content.playerDismissed();
+    EXPECT_FALSE(appState.isPlaying());
+    EXPECT_FALSE(appState.currentChannel());
+}
+
+} // namespace
+} // namespace ondavia::testing

@@ -1,0 +1,26 @@
+#pragma once
+
+#include "platform/linux/CurlURLSession.h"
+#include "platform/linux/JsonUserDefaults.h"
+#include "platform/linux/SecItemStores.h"
+#include "playback/PlayerManagerFixture.h"
+#include "state/AppState.h"
+#include "state/KeychainService.h"
+
+namespace ondavia::testing {
+
+/// Settings in a fresh folder, secrets in memory, a manager among fakes.
+class StateFixture : public PlayerManagerTest {
+protected:
+    /// A state as the application makes it at its start.
+    [[nodiscard]] std::unique_ptr<AppState> startState() {
+        return std::make_unique<AppState>(keychain, *manager, makeCurlURLSession);
+    }
+
+    TemporaryFolder folder;
+    JsonUserDefaults defaults{folder.path() / "settings.json"};
+    std::unique_ptr<SecItemStore> items = makeMemoryStore();
+    KeychainService keychain{*items, defaults};
+};
+
+} // namespace ondavia::testing
