@@ -5,7 +5,6 @@
 
 #include <CLI/CLI.hpp>
 
-#include <map>
 #include <vector>
 
 namespace ondavia::cli {
@@ -51,12 +50,19 @@ CLI::App* describe(CLI::App& app, Arguments& arguments, Command command, const c
     });
 }
 
+/// Takes "movies" and "movie" alike. The result is what is wrong, empty for nothing.
+std::string normaliseType(std::string& type) {
+    if (type == "movies") {
+        type = "movie";
+    }
+    return type == "live" || type == "movie" || type == "series" ? std::string()
+                                                                 : "live, movies or series, not " + type;
+}
+
 void addType(CLI::App& command, Arguments& arguments) {
-    const std::map<std::string, std::string> types{
-        {"live", "live"}, {"movie", "movie"}, {"movies", "movie"}, {"series", "series"}};
     command.add_option("TYPE", arguments.type, "live, movies or series")
         ->required()
-        ->transform(CLI::CheckedTransformer(types).description(""));
+        ->transform(CLI::Validator(normaliseType, ""));
 }
 
 void addId(CLI::App& command, Arguments& arguments, const char* explanation) {

@@ -1,6 +1,7 @@
 #include "cli/Failures.h"
 
 #include "base/Redaction.h"
+#include "cli/Command.h"
 #include "platform/URLSession.h"
 #include "protocol/XtreamError.h"
 #include "protocol/wire/DecodingError.h"
@@ -86,7 +87,9 @@ std::string explain(const std::exception& error) {
     if (const auto* decoding = dynamic_cast<const DecodingError*>(&error)) {
         return explain(*decoding);
     }
-    return maskSecrets(error.what());
+    // Our own words hold no secret, and a password may be one of them.
+    const bool isOwn = dynamic_cast<const CommandError*>(&error) != nullptr;
+    return isOwn ? error.what() : maskSecrets(error.what());
 }
 
 } // namespace ondavia::cli
