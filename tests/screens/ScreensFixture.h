@@ -1,0 +1,110 @@
+#pragma once
+
+#include "library/NetworkMonitor.h"
+#include "platform/NWPathMonitor.h"
+#include "platform/linux/CurlURLSession.h"
+#include "platform/linux/JsonUserDefaults.h"
+#include "platform/linux/SecItemStores.h"
+#include "playback/FakePlayer.h"
+#include "playback/PlayerManager.h"
+#include "screens/Screens.h"
+#include "screens/shell/ContentViewModel.h"
+#include "state/AppState.h"
+#include "state/KeychainService.h"
+#include "store/LibraryStore.h"
+#include "support/ManualScheduler.h"
+#include "support/TestSupport.h"
+
+#include <gtest/gtest.h>
+
+#include <memory>
+#include <string>
+#include <vector>
+
+namespace ondavia::testing {
+
+/// A network that is always there.
+class SteadyPath final : public NWPathMonitor {
+public:
+    void setPathUpdateHandler(UpdateHandler /*handler*/) override {}
+    void start() override {}
+};
+
+inline Channel title(std::int64_t number, const std::string& type, const std::string& group,
+                     const std::string& name) {
+    Channel channel;
+    channel.id = "main_" + std::to_string(number);
+    channel.playlistId = "main";
+    channel.streamId = number;
+    channel.num = number;
+    channel.type = type;
+    channel.groupTitle = group;
+    channel.name = name;
+    channel.url = "http://tv.example/" + type + "/" + std::to_string(number);
+    return channel;
+}
+
+inline std::vector<CategoryItem> categoryItems(const std::vector<std::string>& names) {
+    std::vector<CategoryItem> items;
+    for (const std::string& name : names) {
+        items.push_back({name, name, 0});
+    }
+    return items;
+}
+
+/// Everything below the screens: a real store and real settings in a fresh folder, real transfers, an
+/// engine that writes down what it is told, and a clock that stands still.
+class ScreensFixture : public ::testing::Test {
+protected:
+    ScreensFixture()
+        : playerManager(
+              [this](const std::string& url, const FSOptions& options) {
+                  journal.push_back("create " + url);
+                  auto engine = std::make_shared<FakePlayer>(url, options, journal, notifications);
+                  lastEngine = engine;
+                  return engine;
+              },
+              notifications, scheduler, audio) {}
+
+    void fill(const std::vector<Channel>& channels) {
+        for (const Channel& channel : channels) {
+            store->mainContext().insert(channel);
+        }
+        store->mainContext().save();
+        drainEvents();
+    }
+
+    [[nodiscard]] ScreenServices services(const std::string& language = "pt") {
+        return {.appState = appState,
+                .store = *store,
+                .playerManager = playerManager,
+                .defaults = defaults,
+                .keychain = keychain,
+                .makeSession = makeCurlURLSession,
+                .scheduler = scheduler,
+                .content = content,
+                .cacheFolder = folder.path() / "cache",
+                .language = language};
+    }
+
+    TemporaryFolder folder;
+    Journal journal;
+    NotificationCenter notifications;
+    ManualScheduler scheduler;
+    FakeAudioSession audio{journal};
+    std::weak_ptr<FakePlayer> lastEngine;
+    JsonUserDefaults defaults{folder.path() / "settings.json"};
+    std::unique_ptr<SecItemStore> items = makeMemoryStore();
+    std::unique_ptr<LibraryStore> store = LibraryStore::open(folder.path() / "store");
+    NetworkMonitor network{std::make_unique<SteadyPath>()};
+    PlayerManager playerManager;
+    KeychainService keychain{*items, defaults};
+    AppState appState{keychain, playerManager, makeCurlURLSession};
+    ContentViewModel content{{.store = *store,
+                              .appState = appState,
+                              .defaults = defaults,
+                              .network = network,
+                              .scheduler = scheduler}};
+};
+
+} // namespace ondavia::testing
