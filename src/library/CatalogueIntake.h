@@ -20,13 +20,39 @@ namespace ondavia {
 /// The three lists, in the order in which their rows stand in the catalogue.
 enum class CatalogueSection { Live = 0, Movies = 1, Series = 2 };
 
+/// The first of the errors that the writing of a catalogue met; those after it only follow from it. Any
+/// thread.
+class FirstFailure final {
+public:
+    void keep(std::exception_ptr failure) {
+        const std::lock_guard lock(m_mutex);
+        if (!m_failure) {
+            m_failure = std::move(failure);
+        }
+    }
+    [[nodiscard]] bool isKept() const {
+        const std::lock_guard lock(m_mutex);
+        return m_failure != nullptr;
+    }
+    void rethrow() const {
+        const std::lock_guard lock(m_mutex);
+        if (m_failure) {
+            std::rethrow_exception(m_failure);
+        }
+    }
+
+private:
+    mutable std::mutex m_mutex;
+    std::exception_ptr m_failure;
+};
+
 /// Takes the rows of one stream list as they arrive, normalises them and puts them aside for the new
 /// catalogue, so that download, decoding and writing overlap. Rows that come before the categories are
 /// known wait here; when many wait, `take` does too, and with it the server that sends them.
 ///
 /// `restart`, `take` and `finish` write, and run on worker threads; `setCategories` may be called from any.
-/// The others belong to whoever waited for those. A failed write is kept for `rethrowFailure`: it is no
-/// fault of the server and must not start another download.
+/// The others belong to whoever waited for those. A failed write is kept in the catalogue's `FirstFailure`:
+/// it is no fault of the server and must not start another download.
 template<class Row> class SectionIntake final {
 public:
     /// Batches that wait for their categories at the most: about 16 MB of the server's text.
@@ -36,10 +62,11 @@ public:
                                                                 const CategoryMap&) const;
 
     SectionIntake(std::shared_ptr<const XtreamAPIClient> client,
-                  std::shared_ptr<Replacement<Channel>> catalogue, CatalogueSection section,
-                  Normalize normalize)
+                  std::shared_ptr<Replacement<Channel>> catalogue, FirstFailure& failure,
+                  CatalogueSection section, Normalize normalize)
         : m_client(std::move(client))
         , m_catalogue(std::move(catalogue))
+        , m_failure(failure)
         , m_section(static_cast<int>(section))
         , m_normalize(normalize) {}
 
@@ -73,25 +100,20 @@ public:
         writeWaitingRows();
     }
 
-    /// Raises the store's error that a write met, if any.
-    void rethrowFailure() const {
-        if (m_failure) {
-            std::rethrow_exception(m_failure);
-        }
-    }
-
     /// Rows that were fit for the catalogue.
     [[nodiscard]] std::int64_t normalizedCount() const { return m_catalogue->rowCount(m_section); }
 
 private:
     void writeWaitingRows() {
         const auto known = categories();
-        if (!known || m_failure) {
+        if (!known) {
             return;
         }
         for (auto& rows : m_waiting) {
-            const auto channels = ((*m_client).*m_normalize)(rows, "main", *known);
-            guarded([&] { m_catalogue->append(m_section, channels); });
+            if (!m_failure.isKept()) {
+                const auto channels = ((*m_client).*m_normalize)(rows, "main", *known);
+                guarded([&] { m_catalogue->append(m_section, channels); });
+            }
         }
         m_waiting.clear();
     }
@@ -110,12 +132,13 @@ private:
         try {
             work();
         } catch (const StoreError&) {
-            m_failure = std::current_exception();
+            m_failure.keep(std::current_exception());
         }
     }
 
     std::shared_ptr<const XtreamAPIClient> m_client;
     std::shared_ptr<Replacement<Channel>> m_catalogue;
+    FirstFailure& m_failure;
     int m_section;
     Normalize m_normalize;
     std::mutex m_categoriesMutex;
@@ -123,7 +146,6 @@ private:
     std::shared_ptr<const CategoryMap> m_categories;
     std::mutex m_mutex;
     std::vector<std::vector<Row>> m_waiting;
-    std::exception_ptr m_failure;
 };
 
 } // namespace ondavia

@@ -59,14 +59,15 @@ struct DataSyncService::Run final {
     Run(const std::shared_ptr<XtreamAPIClient>& client, const std::shared_ptr<Replacement<Channel>>& rows,
         std::stop_token stopToken)
         : catalogue(rows)
-        , live(client, rows, CatalogueSection::Live, &XtreamAPIClient::normalizeLiveStreams)
-        , movies(client, rows, CatalogueSection::Movies, &XtreamAPIClient::normalizeVodStreams)
-        , series(client, rows, CatalogueSection::Series, &XtreamAPIClient::normalizeSeriesList)
+        , live(client, rows, failure, CatalogueSection::Live, &XtreamAPIClient::normalizeLiveStreams)
+        , movies(client, rows, failure, CatalogueSection::Movies, &XtreamAPIClient::normalizeVodStreams)
+        , series(client, rows, failure, CatalogueSection::Series, &XtreamAPIClient::normalizeSeriesList)
         , stop(std::move(stopToken)) {}
 
     [[nodiscard]] std::int64_t rawCount() const { return rawLive + rawMovies + rawSeries; }
 
     std::shared_ptr<Replacement<Channel>> catalogue;
+    FirstFailure failure;
     SectionIntake<XtreamLiveStream> live;
     SectionIntake<XtreamVodStream> movies;
     SectionIntake<XtreamSeriesItem> series;
@@ -256,9 +257,7 @@ void DataSyncService::warnAboutEmptyLists(const Run& run) {
 /// Puts the new rows in the place of the old ones, in one step. Lists whose every row was dropped leave
 /// the old rows alone.
 QCoro::Task<std::int64_t> DataSyncService::writeCatalogue(std::shared_ptr<Run> run) {
-    run->live.rethrowFailure();
-    run->movies.rethrowFailure();
-    run->series.rethrowFailure();
+    run->failure.rethrow();
     const std::int64_t count =
         run->live.normalizedCount() + run->movies.normalizedCount() + run->series.normalizedCount();
     if (count >= 1) {

@@ -87,6 +87,26 @@ TEST_P(BadBodiesTest, AServerThatHasNothingElseLeavesTheOldCatalogue) {
     EXPECT_THAT(storedNames(), ElementsAre("Old A", "Old B"));
 }
 
+/// A device with no room for a catalogue.
+class FullDeviceBodiesTest : public SyncFixture {
+protected:
+    FullDeviceBodiesTest()
+        : SyncFixture(StoreOptions{.maximumDownloadBytes = 256 << 10}) {}
+};
+
+TEST_F(FullDeviceBodiesTest, KeepNoRowsThatCannotBeWritten) {
+    const std::string row = R"({"stream_id":1,"name":")" + std::string(1000, 'x') + R"("},)";
+    std::string rows;
+    for (int count = 0; count < 1000; ++count) {
+        rows += row;
+    }
+    provider.script("get_vod_streams", {longBody("[", rows, 100 * megabyte), body("[]")});
+    const MemoryPeak peak;
+    // The list ends with a comma, so that one is fetched again.
+    EXPECT_THROW(sync(), SyncError);
+    EXPECT_LT(peak.growth(), 60 * megabyte);
+}
+
 /// 300 MB of one byte in 300 KB.
 Reply bomb(const std::string& head, char filler) {
     return gzipped(packedBomb(head, filler, 300 * megabyte));

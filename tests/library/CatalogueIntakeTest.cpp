@@ -29,8 +29,9 @@ protected:
     std::unique_ptr<LibraryStore> store = LibraryStore::open(folder.path() / "store");
     std::shared_ptr<Replacement<Channel>> rows =
         std::make_shared<Replacement<Channel>>(store->beginReplacement<Channel>());
+    FirstFailure failure;
     Intake intake{std::make_shared<XtreamAPIClient>("http://tv.example", "ana", "word", makeCurlURLSession),
-                  rows, CatalogueSection::Movies, &XtreamAPIClient::normalizeVodStreams};
+                  rows, failure, CatalogueSection::Movies, &XtreamAPIClient::normalizeVodStreams};
 };
 
 TEST_F(CatalogueIntakeTest, RowsWaitForTheirCategories) {
@@ -69,6 +70,16 @@ TEST_F(CatalogueIntakeTest, ARestartForgetsWaitingAndWrittenRows) {
     intake.take(oneMovie(3));
     intake.finish();
     EXPECT_EQ(intake.normalizedCount(), 1);
+}
+
+TEST(FirstFailure, KeepsTheFirst) {
+    FirstFailure failure;
+    failure.rethrow();
+    EXPECT_FALSE(failure.isKept());
+    failure.keep(std::make_exception_ptr(StoreError(StoreFailure::Full, "full")));
+    failure.keep(std::make_exception_ptr(std::runtime_error("another")));
+    EXPECT_TRUE(failure.isKept());
+    EXPECT_THROW(failure.rethrow(), StoreError);
 }
 
 } // namespace

@@ -350,8 +350,9 @@ TEST_F(DataSyncServiceTest, NobodySeesAHalfWrittenCatalogueAndTheMainThreadGoesO
         longestTurn = std::max(longestTurn, now - last);
         last = now;
     });
-    pulse.start(1);
     script(rows);
+    last = threadSeconds();
+    pulse.start(1);
     sync();
     ends = true;
     reader.join();

@@ -8,6 +8,7 @@
 #include "state/AppState.h"
 #include "store/LibraryStore.h"
 
+#include <QPointer>
 #include <charconv>
 #include <cmath>
 #include <set>
@@ -15,11 +16,17 @@
 namespace ondavia {
 namespace {
 
+/// The time of a synchronisation that never was: the first day of year 1.
+constexpr Date distantPast{std::chrono::seconds(-62135769600)};
+
 /// Unix seconds as decimal text; anything that is no number, and any date that no calendar holds, is
 /// absent.
 std::optional<Date> parseExpiry(const std::optional<std::string>& text) {
     double seconds = 0;
-    const std::string digits = text.value_or(std::string());
+    std::string_view digits = text ? std::string_view(*text) : std::string_view();
+    if (digits.starts_with('+') && !digits.starts_with("+-")) {
+        digits.remove_prefix(1);
+    }
     const auto [end, error] = std::from_chars(digits.data(), digits.data() + digits.size(), seconds);
     constexpr double latest = 9e12;
     if (digits.empty() || error != std::errc() || end != digits.data() + digits.size() ||
@@ -55,7 +62,10 @@ ContentViewModel::ContentViewModel(SyncEnvironment environment, std::function<Da
     connect(&state, &AppState::selectedTabChanged, this, &ContentViewModel::selectedTabChanged);
     connect(&state, &AppState::isPlayingChanged, this, &ContentViewModel::presentsPlayerChanged);
     connect(&state, &AppState::currentChannelChanged, this, &ContentViewModel::presentsPlayerChanged);
-    connect(&state, &AppState::showMiniPlayerChanged, this, &ContentViewModel::presentsPlayerChanged);
+    // In the next turn: an item chosen over the mini player ends that first, and the old item must not
+    // fill the screen, and play, for the blink of an eye.
+    connect(&state, &AppState::showMiniPlayerChanged, this, &ContentViewModel::presentsPlayerChanged,
+            Qt::QueuedConnection);
 }
 
 bool ContentViewModel::isLoading() const {
@@ -124,11 +134,15 @@ QCoro::Task<void> ContentViewModel::loadContent() {
         co_await performSync(true);
         co_return;
     }
-    showCachedCatalogue();
+    publishStoredTotals(m_environment);
     loadCategoriesFromCache();
     if (refreshIsDue) {
         // Runs on by itself: it reports what the user must know.
-        m_environment.scheduler.onMainThread([this] { backgroundSync(); });
+        m_environment.scheduler.onMainThread([self = QPointer(this)] {
+            if (self) {
+                self->backgroundSync();
+            }
+        });
     }
 }
 
@@ -137,21 +151,8 @@ bool ContentViewModel::isRefreshDue() const {
     const UserDefaults& defaults = m_environment.defaults;
     const double stored = defaults.doubleForKey(syncIntervalKey);
     const std::chrono::duration<double> interval(stored > 0 ? stored : defaultInterval);
-    const auto lastSync = defaults.dateForKey(lastSyncKey);
-    return !defaults.stringArrayForKey(DataSyncService::liveOrderKey) || !lastSync ||
-           m_now() - *lastSync > interval;
-}
-
-void ContentViewModel::showCachedCatalogue() {
-    AppState& appState = m_environment.appState;
-    try {
-        StoreContext& context = m_environment.store.mainContext();
-        appState.setTotalLive(context.count(field(&Channel::type) == "live"));
-        appState.setTotalMovies(context.count(field(&Channel::type) == "movie"));
-        appState.setTotalSeries(context.count(field(&Channel::type) == "series"));
-    } catch (const StoreError& error) {
-        AppLogger::general.error("catalogue: cannot be counted: %s", {error.what()});
-    }
+    const Date lastSync = defaults.dateForKey(lastSyncKey).value_or(distantPast);
+    return !defaults.stringArrayForKey(DataSyncService::liveOrderKey) || m_now() - lastSync > interval;
 }
 
 void ContentViewModel::loadCategoriesFromCache() {
@@ -190,7 +191,8 @@ QCoro::Task<void> ContentViewModel::performSync(bool showLoading) {
         const auto connections = parseDecimalInteger(reply.userInfo->maxConnections.value_or(std::string()));
         appState.setMaxConnections(connections.value_or(1));
         DataSyncService service(client, m_environment);
-        co_await service.syncAll();
+        const std::stop_token neverStopped;
+        co_await service.syncAll(neverStopped);
         m_environment.defaults.setDate(lastSyncKey, m_now());
         endLoading(showLoading);
     } catch (const std::exception& error) {
@@ -210,7 +212,8 @@ QCoro::Task<void> ContentViewModel::backgroundSync() {
     try {
         co_await client->authenticate();
         DataSyncService service(client, m_environment);
-        co_await service.syncAll();
+        const std::stop_token neverStopped;
+        co_await service.syncAll(neverStopped);
         m_environment.defaults.setDate(lastSyncKey, m_now());
     } catch (const std::exception& error) {
         // The cached catalogue stays; the next start tries again.

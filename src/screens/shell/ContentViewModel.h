@@ -78,7 +78,6 @@ public:
 
 private:
     [[nodiscard]] bool isRefreshDue() const;
-    void showCachedCatalogue();
     void loadCategoriesFromCache();
     void endLoading(bool showLoading);
 
