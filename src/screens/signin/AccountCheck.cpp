@@ -4,11 +4,19 @@
 #include "base/Text.h"
 #include "protocol/XtreamAPIClient.h"
 
-#include <QNetworkReply>
-
 namespace ondavia {
 
 namespace {
+
+/// The transport's numbers for a handshake that failed and for a certificate that nobody vouches for.
+constexpr std::int64_t tlsHandshakeFailed = 35;
+constexpr std::int64_t certificateNotTrusted = 60;
+
+AccountVerdict verdictOf(const URLError& error) {
+    return error.code() == tlsHandshakeFailed || error.code() == certificateNotTrusted
+               ? AccountVerdict::Untrusted
+               : AccountVerdict::Unreachable;
+}
 
 AccountVerdict verdictOf(const XtreamError& error, const XtreamAPIClient& client) {
     switch (error.kind()) {
@@ -47,8 +55,7 @@ QCoro::Task<AccountVerdict> checkAccount(std::shared_ptr<XtreamAPIClient> client
         co_return verdictOf(error, *client);
     } catch (const URLError& error) {
         AppLogger::network.debug("Account check: %s", {error.what()});
-        co_return error.code() == QNetworkReply::SslHandshakeFailedError ? AccountVerdict::Untrusted
-                                                                         : AccountVerdict::Unreachable;
+        co_return verdictOf(error);
     } catch (const DecodingError& error) {
         AppLogger::network.debug("Account check: %s", {error.what()});
         co_return AccountVerdict::NotThisProtocol;

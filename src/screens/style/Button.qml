@@ -10,7 +10,7 @@ T.Button {
 
     property int kind: Button.Primary
     property string symbol
-    readonly property color foreground: button.kind === Button.Primary ? Theme.onAccent
+    readonly property color foreground: button.kind === Button.Primary ? Theme.accentText
         : button.kind === Button.Plain ? Theme.accent : Theme.text
 
     implicitHeight: Theme.controlHeight

@@ -22,7 +22,7 @@ T.Button {
 
     contentItem: Text {
         text: chip.text
-        color: chip.highlighted ? Theme.onAccent : Theme.text
+        color: chip.highlighted ? Theme.accentText : Theme.text
         textFormat: Text.PlainText
         elide: Text.ElideRight
         font.family: Theme.fontFamily

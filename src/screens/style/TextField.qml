@@ -49,7 +49,7 @@ FocusScope {
             focus: true
             color: Theme.text
             selectionColor: Theme.accentPressed
-            selectedTextColor: Theme.onAccent
+            selectedTextColor: Theme.accentText
             font.family: Theme.fontFamily
             font.pixelSize: Theme.bodySize
             verticalAlignment: TextInput.AlignVCenter

@@ -1,5 +1,6 @@
 pragma Singleton
 import QtQuick
+import Ondavia
 
 /// The look in one place: every colour, size and movement of every screen.
 QtObject {
@@ -17,7 +18,7 @@ QtObject {
     readonly property color accent: "#3fd0c4"
     readonly property color accentHover: "#63ddd3"
     readonly property color accentPressed: "#2fb3a8"
-    readonly property color onAccent: "#04201d"
+    readonly property color accentText: "#04201d"
     readonly property color danger: "#ff7a76"
     readonly property color caution: "#ffb65c"
     readonly property color good: "#5fd896"

@@ -23,7 +23,7 @@ Item {
         layer.enabled: true
         layer.samples: 4
         ShapePath {
-            strokeColor: Theme.onAccent
+            strokeColor: Theme.accentText
             strokeWidth: glyph.size * 0.12
             capStyle: ShapePath.RoundCap
             fillColor: "transparent"
