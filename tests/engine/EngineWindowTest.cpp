@@ -9,6 +9,7 @@
 
 #include <cmath>
 #include <cstdlib>
+#include <utility>
 
 namespace ondavia::testing {
 namespace {
@@ -252,8 +253,13 @@ TEST(EngineWindow, DrawsThePickedSubtitle) {
     ASSERT_TRUE(waitUntil([&] { return std::abs(engine->currentPlaybackTime() - 4) < 0.1; }));
     const auto bottom = [&] { return scene.grab(*scene.large()).copy(160, 280, 320, 80); };
     ASSERT_TRUE(showsPicture(scene, scene.large()));
-    drainEvents();
-    const QImage plain = bottom();
+    QImage plain;
+    int timesUnchanged = 0;
+    ASSERT_TRUE(waitUntil([&] {
+        const QImage before = std::exchange(plain, bottom());
+        timesUnchanged = plain == before ? timesUnchanged + 1 : 0;
+        return timesUnchanged > 20;
+    })) << "the frame that was sought comes to rest";
     engine->loadThenActiveSubtitle(Media::shared().subtitles);
     EXPECT_TRUE(waitUntil([&] { return difference(bottom(), plain) > 3; }, 10s));
     engine->closeCurrentStream("timedtext");
