@@ -116,7 +116,7 @@ void describeMedia(CLI::App& app, Arguments& arguments, RawArguments& raw) {
 
 /// CLI11 would repeat arguments that it does not know, and one of them may be a password.
 std::string failureMessage(const CLI::App* app, const CLI::Error& error) {
-    const bool isUnknown = error.get_name() == "ExtrasError";
+    const bool isUnknown = error.get_exit_code() == static_cast<int>(CLI::ExitCodes::ExtrasError);
     return "error: " + std::string(isUnknown ? "an argument is not known here" : error.what()) + "\nRun " +
            app->get_name() + " --help for more.\n";
 }

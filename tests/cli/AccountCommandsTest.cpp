@@ -24,10 +24,12 @@ bool holds(const std::string& text, const std::string& part) {
 /// Whether any file under `folder` holds the password.
 bool isPasswordStored(const std::filesystem::path& folder) {
     for (const auto& entry : std::filesystem::recursive_directory_iterator(folder)) {
-        std::ifstream file(entry.path(), std::ios::binary);
-        const std::string bytes{std::istreambuf_iterator<char>(file), {}};
-        if (entry.is_regular_file() && holds(bytes, password)) {
-            return true;
+        if (entry.is_regular_file()) {
+            std::ifstream file(entry.path(), std::ios::binary);
+            const std::string bytes{std::istreambuf_iterator<char>(file), {}};
+            if (holds(bytes, password)) {
+                return true;
+            }
         }
     }
     return false;
@@ -168,6 +170,7 @@ TEST_F(AccountCommands, SignOutForgetsAccountCatalogueAndWhatTheUserMade) {
     }
     const auto result = cli.run({QStringLiteral("signout")});
     EXPECT_EQ(result.status, 0) << result.errors;
+    EXPECT_FALSE(isPasswordStored(cli.folder())) << "neither in the vault nor in a row's address";
     const auto store = LibraryStore::open(cli.folder() / "store");
     StoreContext& rows = store->mainContext();
     EXPECT_EQ(rows.count<Channel>(), 0);

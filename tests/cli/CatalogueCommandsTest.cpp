@@ -157,7 +157,7 @@ TEST_F(CatalogueCommands, ShowTellsAllOfAnItemButItsAddress) {
     EXPECT_EQ(film[QStringLiteral("url")].toString().toStdString(), url() + "/<redacted>");
     EXPECT_FALSE(film.contains(QLatin1String("seriesName"))) << "absent";
     const auto text = cli.run({QStringLiteral("show"), QStringLiteral("main_100001")});
-    EXPECT_TRUE(holds(text.output, "streamId           100001\n")) << text.output;
+    EXPECT_TRUE(holds(text.output, "streamId            100001\n")) << text.output;
     const auto missing = cli.run({QStringLiteral("show"), QStringLiteral("main_1")});
     EXPECT_EQ(missing.status, 1);
     EXPECT_TRUE(holds(missing.errors, "error: the catalogue has no item with the id main_1"));

@@ -1,5 +1,7 @@
 #include "CommandLine.h"
 
+#include "support/HttpServer.h"
+
 #include <map>
 
 namespace ondavia::cli::testing {
@@ -60,7 +62,7 @@ TEST_F(Doctor, NamesRowAndKeyOfAWrongValueAndAsksTheRest) {
 TEST_F(Doctor, TellsSeveralFaultsApart) {
     const auto examination =
         examine("html-200:get_series,status-500:xmltv,cut-connection:get_live_categories,"
-                "duplicate-category-id:get_vod_categories,html-200:live,html-200:get_vod_info,"
+                "duplicate-category-id:get_vod_categories,html-200:get_vod_info,"
                 "truncated-body:get_simple_data_table,empty-list:get_series_categories");
     const auto detail = [&](const char* question) { return examination.answers.at(question).second; };
     EXPECT_EQ(examination.run.status, 1);
@@ -69,7 +71,6 @@ TEST_F(Doctor, TellsSeveralFaultsApart) {
     EXPECT_TRUE(holds(detail("get_live_categories"), "ended before the reply did"))
         << detail("get_live_categories");
     EXPECT_TRUE(holds(detail("get_vod_categories"), "stands twice")) << detail("get_vod_categories");
-    EXPECT_TRUE(holds(detail("live stream"), "no video")) << detail("live stream");
     EXPECT_TRUE(holds(detail("get_vod_info"), "no JSON object")) << detail("get_vod_info");
     EXPECT_EQ(examination.answers.at("get_simple_data_table").first, "wrong");
     EXPECT_EQ(examination.answers.at("get_series_categories").first, "warning");
@@ -105,6 +106,32 @@ TEST_F(Doctor, WarnsOfAnExpiredAccountThatIsAccepted) {
     EXPECT_EQ(examination.run.status, 0);
     EXPECT_EQ(examination.answers.at("log-in").first, "warning");
     EXPECT_TRUE(holds(examination.answers.at("log-in").second, "has expired on "));
+}
+
+TEST_F(Doctor, TellsAPageFromAVideoAndFromAGuide) {
+    ondavia::testing::HttpServer server;
+    const std::string page = "<html><body>" + std::string(4000, 'x') + "</body></html>";
+    server.server.Get("/player_api.php", [](const httplib::Request& request, httplib::Response& response) {
+        const auto action = request.get_param_value("action");
+        response.set_content(action.empty()                 ? R"({"user_info":{"auth":1}})"
+                             : action == "get_live_streams" ? R"([{"name":"a","stream_id":7},{"name":"b"}])"
+                                                            : "[]",
+                             "application/json");
+    });
+    server.server.Get(".*", [page](const httplib::Request&, httplib::Response& response) {
+        response.set_content(page, "text/html");
+    });
+    server.start();
+    cli.signIn(server.url());
+    auto examination = examine();
+    EXPECT_EQ(examination.run.status, 1);
+    EXPECT_TRUE(holds(examination.answers["live stream"].second, "channel 7: no video: \"<html>"))
+        << examination.answers["live stream"].second;
+    EXPECT_TRUE(holds(examination.answers["xmltv.php"].second, "no XMLTV document: \"<html>"))
+        << examination.answers["xmltv.php"].second;
+    EXPECT_EQ(examination.answers["get_live_streams"].first, "warning");
+    EXPECT_TRUE(holds(examination.answers["get_live_streams"].second, "2 rows, of which 1 have no id"))
+        << examination.answers["get_live_streams"].second;
 }
 
 TEST_F(Doctor, FindsALiveStreamThatIsRefused) {
