@@ -39,7 +39,7 @@ private:
 [[nodiscard]] Reply longBody(std::string head, std::string filler, std::size_t bytes);
 /// `text` as a gzip body.
 [[nodiscard]] Reply gzipped(std::string packed);
-/// A list whose text ends with 300 MB of blanks, or of rows that are no rows, packed.
+/// `head` and `bytes` times `filler` as gzip.
 [[nodiscard]] std::string packedBomb(const std::string& head, char filler, std::size_t bytes);
 
 /// `[{"category_id":"1","category_name":"A"},...]` of pairs.
