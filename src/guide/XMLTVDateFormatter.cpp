@@ -10,6 +10,9 @@ constexpr std::size_t blankIndex = 14;
 constexpr std::size_t signIndex = 15;
 /// The first whole year of the Gregorian calendar. ICU counts by the Julian one before.
 constexpr int firstGregorianYear = 1583;
+/// Bounds of the memory for uncommon texts.
+constexpr std::size_t maximumKnown = 16'384;
+constexpr std::size_t longestKnown = 48;
 
 bool isDigit(char character) {
     return character >= '0' && character <= '9';
@@ -33,6 +36,23 @@ bool hasCommonShape(std::string_view text) {
 
 XMLTVDateFormatter::XMLTVDateFormatter()
     : m_pattern("yyyyMMddHHmmss Z") {}
+
+std::optional<Date> XMLTVDateFormatter::date(std::string_view text) {
+    if (const auto common = commonForm(text)) {
+        return common;
+    }
+    if (text.size() > longestKnown) {
+        return m_pattern.date(text);
+    }
+    if (m_known.size() >= maximumKnown) {
+        m_known.clear();
+    }
+    const auto [known, isNew] = m_known.try_emplace(std::string(text));
+    if (isNew) {
+        known->second = m_pattern.date(text);
+    }
+    return known->second;
+}
 
 std::optional<Date> XMLTVDateFormatter::commonForm(std::string_view text) {
     if (!hasCommonShape(text)) {
