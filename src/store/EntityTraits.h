@@ -103,8 +103,8 @@ template<> struct EntityTraits<Channel> final {
 
 /// Programmes longer than this are few. They have an index of their own, so that what is on now on all
 /// channels is found among the starts of the last hours.
-inline constexpr std::chrono::hours longProgram{6};
-inline constexpr std::string_view longProgramCondition = "\"stop\" - \"start\" > 21600000000";
+inline constexpr std::chrono::hours longProgram{3};
+inline constexpr std::string_view longProgramCondition = "\"stop\" - \"start\" > 10800000000";
 
 template<> struct EntityTraits<EPGProgram> final {
     static constexpr EntityKind kind = EntityKind::EPGProgram;

@@ -56,15 +56,15 @@ TEST_F(GuideQuery, ListsTheTitlesOfAllChannels) {
     const Date now = utc(2024, 1, 15, 12);
     add("ends", "x", now - std::chrono::hours(1), now);
     add("starts", "starts", now, now + std::chrono::minutes(1));
-    add("six", "six", now - std::chrono::hours(6), now + std::chrono::microseconds(1));
-    add("exactly", "exactly", now - std::chrono::hours(6) + std::chrono::microseconds(1),
+    add("longer", "longer", now - std::chrono::hours(3), now + std::chrono::microseconds(1));
+    add("exactly", "exactly", now - std::chrono::hours(3) + std::chrono::microseconds(1),
         now + std::chrono::microseconds(1));
     add("long", "long", now - std::chrono::days(400), now + std::chrono::days(1));
     add("future", "x", now + std::chrono::microseconds(1), now + std::chrono::hours(1));
     add("backwards", "x", now, now - std::chrono::hours(1));
     EXPECT_THAT(service().getCurrentTitles(now),
-                UnorderedElementsAre(Pair("starts", "starts"), Pair("six", "six"), Pair("exactly", "exactly"),
-                                     Pair("long", "long")));
+                UnorderedElementsAre(Pair("starts", "starts"), Pair("longer", "longer"),
+                                     Pair("exactly", "exactly"), Pair("long", "long")));
 }
 
 TEST_F(GuideQuery, ListsADayByStart) {
