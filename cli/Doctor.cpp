@@ -90,7 +90,8 @@ QCoro::Task<void> Doctor::put(Question question) {
     const Date begin = currentDate();
     Verdict verdict{Result::Useless, {}};
     try {
-        verdict = co_await (this->*question.ask)(question.name);
+        const std::string action = question.name;
+        verdict = co_await (this->*question.ask)(action);
     } catch (const std::exception& error) {
         verdict.detail = explain(error);
         // What the provider answers the log-in with says nothing of the rest; no answer and a refusal do.

@@ -10,8 +10,6 @@
 namespace ondavia::cli::testing {
 namespace {
 
-using ::testing::Test;
-
 QStringList signInArguments(const std::string& server) {
     return {QStringLiteral("signin"), QStringLiteral("--server"), QString::fromStdString(server),
             QStringLiteral("--username"), QString::fromLatin1(account)};
