@@ -96,8 +96,8 @@ private:
         if (value.data() == nullptr) {
             m_statement.bind(column);
         } else {
-            sqlite3_bind_text(m_statement.getPreparedStatement(), column, value.data(),
-                              static_cast<int>(value.size()), SQLITE_STATIC);
+            // simdjson ends its strings with a NUL.
+            m_statement.bindNoCopy(column, value.data());
         }
     }
 
