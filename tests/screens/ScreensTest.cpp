@@ -30,6 +30,16 @@ QString accessibleName(const QObject& item) {
     return interface != nullptr ? interface->text(QAccessible::Name) : QString();
 }
 
+/// What an assistive program says of a control. Qt gives it no name of a password field, but its
+/// description.
+QString spokenName(QQuickItem& item) {
+    QAccessibleInterface* interface = QAccessible::queryAccessibleInterface(&item);
+    if (interface == nullptr) {
+        return {};
+    }
+    return interface->text(interface->state().passwordEdit ? QAccessible::Description : QAccessible::Name);
+}
+
 /// The whole interface in a window, under whatever display there is. With ONDAVIA_SHOTS set to a folder,
 /// `shoot` leaves a picture there.
 class ScreensTest : public ScreensFixture {
@@ -38,6 +48,8 @@ protected:
         installMessages(nullptr);
         installTextCatalogue({});
     }
+
+    void TearDown() override { EXPECT_THAT(messages, ::testing::IsEmpty()); }
 
     void show(int width = 1280, int height = 800, const std::string& language = "pt") {
         messages.clear();
@@ -105,8 +117,9 @@ protected:
             const bool isList = item.inherits("QQuickItemView");
             if (isControl && !isList) {
                 ++controls;
-                EXPECT_FALSE(accessibleName(item).isEmpty())
-                    << where << ": a " << item.metaObject()->className() << " without a name";
+                EXPECT_FALSE(spokenName(item).isEmpty())
+                    << where << ": a " << item.metaObject()->className() << " without a name at "
+                    << item.mapToScene(QPointF()).x() << ", " << item.mapToScene(QPointF()).y();
             }
         });
         EXPECT_GT(controls, 0) << where;
@@ -279,7 +292,7 @@ TEST_F(ScreensTest, KeyboardAloneReachesAChannelAndComesBack) {
     press(Qt::Key_Down);
     press(Qt::Key_Return);
     settle();
-    EXPECT_TRUE(walkTo("Cinema e Séries HD 1", Qt::Key_Down) || !models->live()->categoryName().isEmpty());
+    EXPECT_EQ(focusName(), "Infantil HD 1") << "the category below the first opened";
     press(Qt::Key_Return);
     settle();
     ASSERT_TRUE(appState.isPlaying());
@@ -291,7 +304,7 @@ TEST_F(ScreensTest, KeyboardAloneReachesAChannelAndComesBack) {
     settle();
     EXPECT_NE(find(QStringLiteral("Desporto, 23")), nullptr);
     press(Qt::Key_Left);
-    EXPECT_TRUE(walkTo("TV", Qt::Key_Left)) << focusName();
+    EXPECT_TRUE(focusName() == "TV" || walkTo("TV", Qt::Key_Down)) << focusName();
 }
 
 TEST_F(ScreensTest, SignInIsReachedByKeyboardAndLeftWithEscape) {

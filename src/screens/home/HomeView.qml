@@ -85,7 +85,7 @@ FocusScope {
                     onClicked: view.models.content.start()
                 }
                 Button {
-                    visible: view.model.hasAccount
+                    visible: view.model.hasAccount && !view.model.hasCatalogue
                     text: Texts.get("home.changeAccount", "Mudar de conta")
                     kind: Button.Secondary
                     symbol: "person"

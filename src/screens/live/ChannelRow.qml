@@ -12,9 +12,9 @@ T.ItemDelegate {
     focusPolicy: Qt.ClickFocus
     Accessible.role: Accessible.ListItem
     Accessible.name: text
-    Accessible.onPressAction: click()
-    Keys.onReturnPressed: click()
-    Keys.onEnterPressed: click()
+    Accessible.onPressAction: clicked()
+    Keys.onReturnPressed: clicked()
+    Keys.onEnterPressed: clicked()
 
     contentItem: Item {
         PictureView {
@@ -39,6 +39,8 @@ T.ItemDelegate {
                 width: parent.width
                 text: row.text
                 font.weight: Font.Medium
+                wrapMode: Text.Wrap
+                maximumLineCount: 2
                 elide: Text.ElideRight
                 Accessible.ignored: true
             }

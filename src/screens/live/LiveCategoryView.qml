@@ -32,7 +32,7 @@ FocusScope {
         cellHeight: 80 + gap
         bottomMargin: view.margin
         model: view.model.titles
-        delegate: Item {
+        delegate: FocusScope {
             id: cell
             required property int index
             required property string name

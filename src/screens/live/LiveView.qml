@@ -32,7 +32,7 @@ FocusScope {
         cellHeight: 64 + gap
         bottomMargin: view.margin
         model: view.model.categories
-        delegate: Item {
+        delegate: FocusScope {
             id: cell
             required property int index
             required property string name

@@ -60,9 +60,9 @@ FocusScope {
         gap: view.width >= Theme.wideWindow ? Theme.unit * 6 : Theme.unit * 4
         topMargin: Theme.unit * 3
         bottomMargin: view.margin
-        cellHeight: (cellWidth - gap) * 1.5 + 48 + gap
+        cellHeight: (cellWidth - gap) * 1.5 + 56 + gap
         model: view.model.titles
-        delegate: Item {
+        delegate: FocusScope {
             id: cell
             required property int index
             required property string name

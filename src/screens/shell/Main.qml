@@ -29,15 +29,18 @@ Window {
             models: window.models
             focus: true
             enabled: !signIn.isOpen && !player.active && !loading.isShown
+            onEnabledChanged: if (enabled) tabs.forceActiveFocus()
         }
         Sheet {
             id: signIn
             anchors.fill: parent
             isOpen: window.models.signIn.isOpen
             enabled: isOpen && !loading.isShown
-            content: SignInView { model: window.models.signIn }
+            content: SignInView {
+                focus: true
+                model: window.models.signIn
+            }
             onCloseRequested: window.models.signIn.close()
-            onIsOpenChanged: if (!isOpen) tabs.forceActiveFocus()
         }
         Loader {
             id: player
@@ -45,14 +48,12 @@ Window {
             active: window.models.content.presentsPlayer
             sourceComponent: PlayerView { model: window.models.player }
             onLoaded: item.forceActiveFocus()
-            onActiveChanged: if (!active) tabs.forceActiveFocus()
         }
         LoadingOverlay {
             id: loading
             anchors.fill: parent
             isShown: window.models.content.isLoading
             message: window.models.content.loadingMessage
-            onIsShownChanged: if (!isShown) tabs.forceActiveFocus()
         }
         ToastView {
             anchors.horizontalCenter: parent.horizontalCenter

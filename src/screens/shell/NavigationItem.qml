@@ -12,9 +12,9 @@ T.TabButton {
     Accessible.role: Accessible.PageTab
     Accessible.name: text
     Accessible.selected: isCurrent
-    Accessible.onPressAction: click()
-    Keys.onReturnPressed: click()
-    Keys.onEnterPressed: click()
+    Accessible.onPressAction: clicked()
+    Keys.onReturnPressed: clicked()
+    Keys.onEnterPressed: clicked()
 
     readonly property color foreground: item.isCurrent ? Theme.accent : item.hovered ? Theme.text : Theme.textFaint
 

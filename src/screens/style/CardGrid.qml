@@ -15,7 +15,7 @@ GridView {
     activeFocusOnTab: count > 0
     keyNavigationEnabled: true
     boundsBehavior: Flickable.StopAtBounds
-    cacheBuffer: height
+    cacheBuffer: Math.max(0, height)
     highlightMoveDuration: Theme.motion
     currentIndex: 0
     Accessible.role: Accessible.List

@@ -16,9 +16,9 @@ T.Button {
     Accessible.role: Accessible.RadioButton
     Accessible.name: text
     Accessible.checked: highlighted
-    Accessible.onPressAction: click()
-    Keys.onReturnPressed: click()
-    Keys.onEnterPressed: click()
+    Accessible.onPressAction: clicked()
+    Keys.onReturnPressed: clicked()
+    Keys.onEnterPressed: clicked()
 
     contentItem: Text {
         text: chip.text

@@ -13,9 +13,9 @@ T.ItemDelegate {
     focusPolicy: Qt.ClickFocus
     Accessible.role: Accessible.ListItem
     Accessible.name: row.detail === "" ? text : text + ", " + row.detail
-    Accessible.onPressAction: click()
-    Keys.onReturnPressed: click()
-    Keys.onEnterPressed: click()
+    Accessible.onPressAction: clicked()
+    Keys.onReturnPressed: clicked()
+    Keys.onEnterPressed: clicked()
 
     contentItem: Item {
         Label {

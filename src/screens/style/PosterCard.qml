@@ -10,14 +10,14 @@ T.ItemDelegate {
     property string symbol: "film.fill"
 
     /// Height of the texts under a poster.
-    readonly property int captionHeight: 48
+    readonly property int captionHeight: 56
 
     focusPolicy: Qt.ClickFocus
     Accessible.role: Accessible.Button
     Accessible.name: text
-    Accessible.onPressAction: click()
-    Keys.onReturnPressed: click()
-    Keys.onEnterPressed: click()
+    Accessible.onPressAction: clicked()
+    Keys.onReturnPressed: clicked()
+    Keys.onEnterPressed: clicked()
 
     contentItem: Item {
         Item {

@@ -9,20 +9,17 @@ FocusScope {
     property Component content
     signal closeRequested()
 
-    visible: loader.item !== null
+    visible: loader.active
     enabled: sheet.isOpen
+    onEnabledChanged: sheet.takeFocus()
+    onVisibleChanged: sheet.takeFocus()
     Keys.onEscapePressed: sheet.closeRequested()
     Keys.onBackPressed: sheet.closeRequested()
 
-    onIsOpenChanged: {
-        if (sheet.isOpen) {
-            loader.active = true
+    function takeFocus() {
+        if (sheet.enabled && sheet.visible)
             sheet.forceActiveFocus()
-        }
-        movement.restart()
     }
-    // Open from the start: there is nothing to rise from.
-    Component.onCompleted: loader.active = sheet.isOpen
 
     MouseArea {
         anchors.fill: parent
@@ -36,28 +33,11 @@ FocusScope {
         height: parent.height
         focus: true
         sourceComponent: sheet.content
-        active: false
-    }
-    SequentialAnimation {
-        id: movement
-        ParallelAnimation {
-            NumberAnimation {
-                target: loader
-                property: "y"
-                from: sheet.isOpen ? sheet.height * 0.08 : 0
-                to: sheet.isOpen ? 0 : sheet.height * 0.08
-                duration: Theme.motion
-                easing.type: Theme.motionCurve
-            }
-            NumberAnimation {
-                target: loader
-                property: "opacity"
-                to: sheet.isOpen ? 1 : 0
-                from: sheet.isOpen ? 0 : 1
-                duration: Theme.motion
-                easing.type: Theme.motionCurve
-            }
-        }
-        ScriptAction { script: if (!sheet.isOpen) loader.active = false }
+        // Until it has faded away.
+        active: sheet.isOpen || loader.opacity > 0
+        opacity: sheet.isOpen ? 1 : 0
+        y: sheet.isOpen ? 0 : sheet.height * 0.08
+        Behavior on opacity { NumberAnimation { duration: Theme.motion; easing.type: Theme.motionCurve } }
+        Behavior on y { NumberAnimation { duration: Theme.motion; easing.type: Theme.motionCurve } }
     }
 }

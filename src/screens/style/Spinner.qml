@@ -18,7 +18,8 @@ Item {
         id: ring
         anchors.fill: parent
         layer.enabled: true
-        layer.samples: 4
+        layer.smooth: true
+        layer.textureSize: Qt.size(width * 3, height * 3)
         ShapePath {
             strokeColor: spinner.color
             strokeWidth: Math.max(3, spinner.width / 12)

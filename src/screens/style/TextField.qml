@@ -59,6 +59,8 @@ FocusScope {
             inputMethodHints: field.isSecret ? field.inputHints | Qt.ImhSensitiveData : field.inputHints
             Accessible.role: Accessible.EditableText
             Accessible.name: field.label
+            // Qt keeps the name of a password field from assistive programs, though not its description.
+            Accessible.description: field.label
             Accessible.passwordEdit: field.isSecret
             onTextEdited: field.edited(text)
             onAccepted: field.accepted()

@@ -35,7 +35,7 @@ Item {
             strokeWidth: -1
             fillGradient: LinearGradient {
                 x1: 0; y1: sea.height * (swell.level - swell.height1)
-                x2: sea.width * 0.25; y2: sea.height
+                x2: 0; y2: sea.height
                 GradientStop { position: 0; color: swell.crest }
                 GradientStop { position: 0.7; color: swell.depth }
                 GradientStop { position: 1; color: swell.depth }
