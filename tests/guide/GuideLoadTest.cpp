@@ -157,12 +157,13 @@ TEST_F(GuideLoad, ShowsTheOldGuideUntilTheNewOneIsThereAndLeavesNoFile) {
     });
     http.start();
     bool done = false;
-    const auto loading = [&]() -> QCoro::Task<void> {
-        const std::string url = http.url("/xmltv.php");
+    const auto watch = [&]() -> QCoro::Task<void> {
         // The service goes while its task runs.
-        co_await service().loadEPG(url);
+        const auto task = service().loadEPG(http.url("/xmltv.php"));
+        co_await task;
         done = true;
-    }();
+    };
+    const auto watching = watch();
     ASSERT_TRUE(waitUntil([&] { return half && std::filesystem::exists(folder.path() / "cache"); }));
     EXPECT_THAT(titles(), ElementsAre("old"));
     EXPECT_TRUE(std::filesystem::is_empty(folder.path() / "cache"));
