@@ -1,3 +1,4 @@
+pragma ComponentBehavior: Bound
 import QtQuick
 import Ondavia
 
@@ -6,11 +7,6 @@ FocusScope {
     id: view
     required property BrowserViewModel model
     readonly property real margin: Theme.marginFor(view.width)
-
-    Component {
-        id: detailPage
-        LiveCategoryView {}
-    }
 
     SectionHeader {
         id: header
@@ -50,7 +46,7 @@ FocusScope {
                     grid.currentIndex = cell.index
                     view.model.openCategory(cell.index)
                     const stack = view.parent as NavigationStack
-                    stack.open(detailPage, { model: view.model })
+                    stack.open(Qt.resolvedUrl("LiveCategoryView.qml"), { model: view.model })
                 }
             }
         }

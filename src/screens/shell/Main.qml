@@ -1,3 +1,4 @@
+pragma ComponentBehavior: Bound
 import QtQuick
 import Ondavia
 
@@ -36,18 +37,18 @@ Window {
             anchors.fill: parent
             isOpen: window.models.signIn.isOpen
             enabled: isOpen && !loading.isShown
-            content: SignInView {
-                focus: true
-                model: window.models.signIn
-            }
+            page: Qt.resolvedUrl("../signin/SignInView.qml")
+            pageProperties: ({ focus: true, model: window.models.signIn })
             onCloseRequested: window.models.signIn.close()
         }
         Loader {
             id: player
             anchors.fill: parent
             active: window.models.content.presentsPlayer
-            sourceComponent: PlayerView { model: window.models.player }
-            onLoaded: item.forceActiveFocus()
+            onLoaded: forceActiveFocus()
+            // By address: a loader cannot make a component that is bound to where it was written.
+            Component.onCompleted: setSource(Qt.resolvedUrl("../player/PlayerView.qml"),
+                                             { focus: true, model: window.models.player })
         }
         LoadingOverlay {
             id: loading

@@ -1,3 +1,4 @@
+pragma ComponentBehavior: Bound
 import QtQuick
 import Ondavia
 
@@ -12,47 +13,27 @@ FocusScope {
     readonly property int current: view.models.content.selectedTab
 
     readonly property var tabs: [
-        { text: Texts.get("tab.home", "Inicio"), symbol: "house.fill", page: homePage },
-        { text: Texts.get("tab.tv", "TV"), symbol: "tv.fill", page: livePage },
-        { text: Texts.get("tab.movies", "Filmes"), symbol: "film.fill", page: moviesPage },
-        { text: Texts.get("tab.series", "Series"), symbol: "play.rectangle.on.rectangle.fill", page: seriesPage },
-        { text: Texts.get("tab.favorites", "Favoritos"), symbol: "heart.fill", page: favoritesPage }
+        {
+            text: Texts.get("tab.home", "Inicio"), symbol: "house.fill",
+            page: Qt.resolvedUrl("../home/HomeView.qml"), properties: { models: view.models }
+        },
+        {
+            text: Texts.get("tab.tv", "TV"), symbol: "tv.fill",
+            page: Qt.resolvedUrl("../live/LiveView.qml"), properties: { model: view.models.live }
+        },
+        {
+            text: Texts.get("tab.movies", "Filmes"), symbol: "film.fill",
+            page: Qt.resolvedUrl("../movies/MoviesView.qml"), properties: { model: view.models.movies }
+        },
+        {
+            text: Texts.get("tab.series", "Series"), symbol: "play.rectangle.on.rectangle.fill",
+            page: Qt.resolvedUrl("../series/SeriesView.qml"), properties: {}
+        },
+        {
+            text: Texts.get("tab.favorites", "Favoritos"), symbol: "heart.fill",
+            page: Qt.resolvedUrl("../favorites/FavoritesView.qml"), properties: {}
+        }
     ]
-
-    Component {
-        id: homePage
-        HomeView {
-            models: view.models
-        }
-    }
-    Component {
-        id: livePage
-        LiveView {
-            model: view.models.live
-        }
-    }
-    Component {
-        id: moviesPage
-        MoviesView {
-            model: view.models.movies
-        }
-    }
-    Component {
-        id: seriesPage
-        EmptyStateView {
-            icon: "play.rectangle.on.rectangle.fill"
-            title: Texts.get("series.title", "Series")
-            message: Texts.get("series.notYet", "As séries ainda não podem ser vistas nesta versão.")
-        }
-    }
-    Component {
-        id: favoritesPage
-        EmptyStateView {
-            icon: "heart.fill"
-            title: Texts.get("tab.favorites", "Favoritos")
-            message: Texts.get("favorites.notYet", "Os favoritos ainda não podem ser guardados nesta versão.")
-        }
-    }
 
     Rectangle {
         id: navigation
@@ -112,18 +93,19 @@ FocusScope {
                 required property int index
                 readonly property bool isCurrent: view.current === tab.index
 
+                function visit() {
+                    if (tab.isCurrent && tab.item === null)
+                        tab.setSource(Qt.resolvedUrl("../style/NavigationStack.qml"), {
+                            firstPage: tab.modelData.page, firstProperties: tab.modelData.properties, focus: true
+                        })
+                }
+
                 anchors.fill: parent
-                active: false
                 visible: tab.isCurrent
                 focus: tab.isCurrent
                 enabled: tab.isCurrent
-                onIsCurrentChanged: if (tab.isCurrent) tab.active = true
-                Component.onCompleted: if (tab.isCurrent) tab.active = true
-                sourceComponent: NavigationStack {
-                    objectName: "stack" + tab.index
-                    initialItem: tab.modelData.page
-                    focus: true
-                }
+                onIsCurrentChanged: tab.visit()
+                Component.onCompleted: tab.visit()
             }
         }
     }

@@ -5,8 +5,11 @@ import Ondavia
 /// The pages of one tab, one over the other. Escape and the back key leave the upper one.
 T.StackView {
     id: stack
+    required property url firstPage
+    required property var firstProperties
 
     clip: true
+    Component.onCompleted: stack.push(stack.firstPage, stack.firstProperties)
     Keys.onEscapePressed: event => event.accepted = stack.goBack()
     Keys.onBackPressed: event => event.accepted = stack.goBack()
 
@@ -18,7 +21,8 @@ T.StackView {
         stack.currentItem.forceActiveFocus()
         return true
     }
-    function open(page: Component, properties: var) {
+    /// Pages come by address: a component that is bound to where it was written cannot be made here.
+    function open(page: url, properties: var) {
         stack.push(page, properties).forceActiveFocus()
     }
 

@@ -7,7 +7,7 @@ Item {
     id: view
     property url source
     property alias fillMode: image.fillMode
-    property alias symbol: placeholder.symbol
+    property string symbol: "photo"
     property real radius: 0
     /// Space between the edge and the picture.
     property real inset: 0
@@ -17,8 +17,7 @@ Item {
         anchors.fill: parent
         radius: view.radius
         visible: image.opacity < 1 || view.inset > 0
-        symbol: "photo"
-        Binding on symbol { when: image.status === Image.Ready; value: "" }
+        symbol: image.status === Image.Ready ? "" : view.symbol
     }
     Image {
         id: image
@@ -27,7 +26,8 @@ Item {
         source: view.source
         asynchronous: true
         fillMode: Image.PreserveAspectCrop
-        sourceSize: Qt.size(Math.ceil(width * Screen.devicePixelRatio), Math.ceil(height * Screen.devicePixelRatio))
+        sourceSize.width: Math.ceil(width * Screen.devicePixelRatio)
+        sourceSize.height: Math.ceil(height * Screen.devicePixelRatio)
         opacity: status === Image.Ready ? 1 : 0
         Behavior on opacity { NumberAnimation { duration: Theme.motion; easing.type: Theme.motionCurve } }
         Accessible.ignored: true

@@ -6,7 +6,8 @@ import Ondavia
 FocusScope {
     id: sheet
     property bool isOpen: false
-    property Component content
+    required property url page
+    required property var pageProperties
     signal closeRequested()
 
     visible: loader.active
@@ -32,7 +33,7 @@ FocusScope {
         width: parent.width
         height: parent.height
         focus: true
-        sourceComponent: sheet.content
+        Component.onCompleted: setSource(sheet.page, sheet.pageProperties)
         // Until it has faded away.
         active: sheet.isOpen || loader.opacity > 0
         opacity: sheet.isOpen ? 1 : 0

@@ -19,7 +19,8 @@ Item {
         anchors.fill: parent
         layer.enabled: true
         layer.smooth: true
-        layer.textureSize: Qt.size(width * 3, height * 3)
+        layer.textureSize.width: width * 3
+        layer.textureSize.height: height * 3
         ShapePath {
             strokeColor: spinner.color
             strokeWidth: Math.max(3, spinner.width / 12)

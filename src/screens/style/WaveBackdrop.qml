@@ -1,6 +1,6 @@
+pragma ComponentBehavior: Bound
 import QtQuick
 import QtQuick.Shapes
-import Ondavia
 
 /// The night sea behind pages without pictures of their own: three slow swells of light, drawn once.
 Item {

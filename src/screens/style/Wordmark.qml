@@ -1,5 +1,4 @@
 import QtQuick
-import QtQuick.Shapes
 import Ondavia
 
 /// The name with its wave.

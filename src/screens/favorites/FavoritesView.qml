@@ -1,0 +1,9 @@
+import QtQuick
+import Ondavia
+
+/// The favourites tab.
+EmptyStateView {
+    icon: "heart.fill"
+    title: Texts.get("tab.favorites", "Favoritos")
+    message: Texts.get("favorites.notYet", "Os favoritos ainda não podem ser guardados nesta versão.")
+}
