@@ -1,11 +1,11 @@
 #include "app/Services.h"
 
 #include "base/AppLogger.h"
+#include "platform/linux/CurlURLSession.h"
 #include "platform/linux/JsonUserDefaults.h"
 #include "platform/linux/LinuxAudioSession.h"
 #include "platform/linux/QtPathMonitor.h"
 #include "platform/linux/QtScheduler.h"
-#include "platform/linux/CurlURLSession.h"
 #include "platform/linux/SecItemStores.h"
 
 namespace ondavia {
