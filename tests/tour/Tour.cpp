@@ -30,13 +30,31 @@ bool isLoadingPictures(const QQuickItem& item) {
                        [](const QQuickItem* child) { return isLoadingPictures(*child); });
 }
 
+/// By the tree of what is drawn: pages made by address have no QObject parent in the window.
+QQuickItem* findVisible(QQuickItem& item, const QString& objectName) {
+    if (!item.isVisible()) {
+        return nullptr;
+    }
+    if (item.objectName() == objectName) {
+        return &item;
+    }
+    for (QQuickItem* child : item.childItems()) {
+        if (QQuickItem* found = findVisible(*child, objectName)) {
+            return found;
+        }
+    }
+    return nullptr;
+}
+
 } // namespace
 
 Tour::Tour(QQuickWindow& window, Services& services, QString folder, QString prefix)
     : m_window(window)
     , m_services(services)
     , m_folder(std::move(folder))
-    , m_prefix(std::move(prefix)) {}
+    , m_prefix(std::move(prefix)) {
+    m_window.requestActivate();
+}
 
 void Tour::signIn(const QString& server, const QString& user, const QString& password) {
     shoot(QStringLiteral("welcome"));
@@ -53,7 +71,9 @@ void Tour::signIn(const QString& server, const QString& user, const QString& pas
     shoot(QStringLiteral("sign-in-refused"));
     type(QStringLiteral("password"), password);
     click(find(QStringLiteral("signIn")));
-    waitFor(QStringLiteral("the loading overlay"), [this] { return m_services.appState.isLoading(); });
+    // A small catalogue may have come before the click has settled.
+    waitFor(QStringLiteral("the loading overlay"),
+            [this] { return m_services.appState.isLoading() || m_services.appState.totalLive() > 0; });
     shoot(QStringLiteral("loading"));
     waitFor(QStringLiteral("the catalogue"),
             [this] { return !m_services.appState.isLoading() && m_services.appState.totalLive() > 0; });
@@ -183,10 +203,8 @@ void Tour::press(int key) {
 }
 
 QQuickItem& Tour::find(const QString& objectName) const {
-    for (QQuickItem* item : m_window.contentItem()->findChildren<QQuickItem*>(objectName)) {
-        if (item->isVisible()) {
-            return *item;
-        }
+    if (QQuickItem* item = findVisible(*m_window.contentItem(), objectName)) {
+        return *item;
     }
     throw std::runtime_error("nothing called " + objectName.toStdString() + " is on screen");
 }

@@ -9,6 +9,8 @@ T.StackView {
     required property var firstProperties
 
     clip: true
+    // The upper page has the keys, so that the first one pressed does something.
+    onCurrentItemChanged: if (stack.currentItem) stack.currentItem.focus = true
     Component.onCompleted: stack.push(stack.firstPage, stack.firstProperties)
     Keys.onEscapePressed: event => event.accepted = stack.goBack()
     Keys.onBackPressed: event => event.accepted = stack.goBack()
