@@ -52,7 +52,8 @@ FocusScope {
         objectName: "movieGrid"
         anchors.top: chips.bottom
         anchors.bottom: parent.bottom
-        x: view.margin
+        // Half a gap on either side of a card leaves room for its frame, which a clip would cut.
+        x: view.margin - gap / 2
         width: view.width - view.margin * 2 + gap
         clip: true
         focus: true
@@ -73,7 +74,8 @@ FocusScope {
             height: grid.cellHeight
             PosterCard {
                 anchors.fill: parent
-                anchors.rightMargin: grid.gap
+                anchors.leftMargin: grid.gap / 2
+                anchors.rightMargin: grid.gap / 2
                 anchors.bottomMargin: grid.gap
                 focus: true
                 text: cell.name
