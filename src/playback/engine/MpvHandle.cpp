@@ -22,6 +22,7 @@ void report(int status, const std::string& what) {
 }
 
 template<class... Handlers> struct Overloaded : Handlers... { using Handlers::operator()...; };
+template<class... Handlers> Overloaded(Handlers...) -> Overloaded<Handlers...>;
 
 } // namespace
 
