@@ -8,6 +8,8 @@
 #include "platform/linux/QtScheduler.h"
 #include "platform/linux/SecItemStores.h"
 
+#include <QThreadPool>
+
 namespace ondavia {
 
 Services::Services(MpvOutputs outputs)
@@ -29,7 +31,11 @@ Services::Services(MpvOutputs outputs)
                      [this] { idleInhibitor->setInhibited(playerManager.isPlaying()); });
 }
 
-Services::~Services() = default;
+/// A synchronisation may be under way: whatever writes to the store comes to rest before the store goes.
+Services::~Services() {
+    endAllTransfers();
+    QThreadPool::globalInstance()->waitForDone();
+}
 
 SyncEnvironment Services::syncEnvironment() {
     return {*store, appState, *defaults, network, *scheduler};

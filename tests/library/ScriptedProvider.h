@@ -15,6 +15,8 @@ using Reply = httplib::Server::Handler;
 /// is the action "". What is not scripted is an empty body.
 class ScriptedProvider final {
 public:
+    /// Ends the server and with it what it still sends.
+    void stop() { m_http.stop(); }
     ScriptedProvider();
 
     void script(const std::string& action, std::vector<Reply> replies);

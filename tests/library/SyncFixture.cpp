@@ -1,5 +1,7 @@
 #include "SyncFixture.h"
 
+#include <QThreadPool>
+
 namespace ondavia::testing {
 namespace {
 
@@ -39,6 +41,12 @@ std::vector<std::string> StateJournal::starting(const std::string& prefix) const
     std::ranges::copy_if(lines, std::back_inserter(found),
                          [&prefix](const auto& line) { return line.starts_with(prefix); });
     return found;
+}
+
+SyncFixture::~SyncFixture() {
+    provider.stop();
+    waitForTransfers(std::chrono::seconds(10));
+    QThreadPool::globalInstance()->waitForDone();
 }
 
 SyncFixture::SyncFixture(const StoreOptions& options)

@@ -14,13 +14,13 @@
 namespace ondavia {
 namespace {
 
-/// The threads of all running transfers. At the end of the process they are told to stop and given a
-/// moment; none may touch what the process tears down afterwards.
+/// The threads of all running transfers. Never destroyed: one that outlives our patience at the end of the
+/// process may still look here.
 class TransferThreads final {
 public:
     static TransferThreads& instance() {
-        static TransferThreads threads;
-        return threads;
+        static auto* const threads = new TransferThreads;
+        return *threads;
     }
 
     void start(std::function<void(const std::atomic_bool& stop)> work) {
@@ -36,14 +36,17 @@ public:
         }).detach();
     }
 
-private:
-    ~TransferThreads() {
-        constexpr std::chrono::seconds moment{3};
+    void end() {
         m_stop = true;
-        std::unique_lock lock(m_mutex);
-        m_ended.wait_for(lock, moment, [this] { return m_running == 0; });
+        wait(std::chrono::seconds(3));
     }
 
+    bool wait(std::chrono::milliseconds timeout) {
+        std::unique_lock lock(m_mutex);
+        return m_ended.wait_for(lock, timeout, [this] { return m_running == 0; });
+    }
+
+private:
     std::atomic_bool m_stop = false;
     std::mutex m_mutex;
     std::condition_variable m_ended;
@@ -100,6 +103,14 @@ private:
 };
 
 } // namespace
+
+void endAllTransfers() {
+    TransferThreads::instance().end();
+}
+
+bool waitForTransfers(std::chrono::milliseconds timeout) {
+    return TransferThreads::instance().wait(timeout);
+}
 
 std::shared_ptr<URLSession> makeCurlURLSession(const URLSessionConfiguration& configuration) {
     return std::make_shared<CurlURLSession>(configuration);

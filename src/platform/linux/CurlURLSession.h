@@ -2,6 +2,8 @@
 
 #include "platform/URLSession.h"
 
+#include <chrono>
+
 namespace ondavia {
 
 /// A session on libcurl: HTTP/2, compressed replies, TLS verification on, no cache, no cookies kept, the
@@ -10,5 +12,13 @@ namespace ondavia {
 /// reading into memory however slow the reader is.) The domain of its errors is "CURL".
 [[nodiscard]] std::shared_ptr<URLSession>
 makeCurlURLSession(const URLSessionConfiguration& configuration = {});
+
+/// Ends every running transfer of the process and waits until their readers are at rest, or for 3 seconds.
+/// Each fails with a URLError, and so does every later one. For the end of the process, before what the
+/// readers write to goes away. Main thread.
+void endAllTransfers();
+
+/// Waits until no transfer is running; false when one still is after `timeout`.
+bool waitForTransfers(std::chrono::milliseconds timeout);
 
 } // namespace ondavia
