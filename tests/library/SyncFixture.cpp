@@ -45,8 +45,13 @@ std::vector<std::string> StateJournal::starting(const std::string& prefix) const
 
 SyncFixture::~SyncFixture() {
     provider.stop();
-    waitForTransfers(std::chrono::seconds(10));
-    QThreadPool::globalInstance()->waitForDone();
+    // Each turn lets a run go one step further, until none has work left.
+    auto* pool = QThreadPool::globalInstance();
+    do {
+        waitForTransfers(std::chrono::seconds(10));
+        pool->waitForDone();
+        drainEvents();
+    } while (pool->activeThreadCount() > 0 || !waitForTransfers(std::chrono::milliseconds(0)));
 }
 
 SyncFixture::SyncFixture(const StoreOptions& options)
