@@ -43,7 +43,7 @@ std::vector<std::string> StateJournal::starting(const std::string& prefix) const
     return found;
 }
 
-SyncFixture::~SyncFixture() {
+void SyncFixture::TearDown() {
     provider.stop();
     // Each turn lets a run go one step further, until none has work left.
     auto* pool = QThreadPool::globalInstance();

@@ -54,8 +54,8 @@ public:
 class SyncFixture : public ::testing::Test {
 protected:
     explicit SyncFixture(const StoreOptions& options = {});
-    /// Lets what a test left running come to rest before the store goes.
-    ~SyncFixture() override;
+    /// Lets what a test left running come to rest before anything that it uses goes.
+    void TearDown() override;
 
     void goOffline();
     /// Scripts two live channels, two films and one series in one category each.
