@@ -1,7 +1,7 @@
 #include "BareCatalogue.h"
+#include "support/Download.h"
 
 #include <SQLiteCpp/SQLiteCpp.h>
-#include <curl/curl.h>
 #include <simdjson.h>
 
 #include <stdexcept>
@@ -26,25 +26,6 @@ constexpr const char* insertRow =
     " VALUES (?,?,?,?,?,?,?,?,?,?,?,?,?,?,?,?,?,?,?,?,?,?,?,?,?,?)";
 
 using simdjson::dom::element;
-
-simdjson::padded_string download(const std::string& url) {
-    std::string body;
-    CURL* curl = curl_easy_init();
-    curl_easy_setopt(curl, CURLOPT_URL, url.c_str());
-    curl_easy_setopt(curl, CURLOPT_BUFFERSIZE, 256L << 10);
-    curl_easy_setopt(curl, CURLOPT_WRITEDATA, &body);
-    curl_easy_setopt(
-        curl, CURLOPT_WRITEFUNCTION, +[](char* bytes, std::size_t, std::size_t size, void* target) {
-            static_cast<std::string*>(target)->append(bytes, size);
-            return size;
-        });
-    const CURLcode code = curl_easy_perform(curl);
-    curl_easy_cleanup(curl);
-    if (code != CURLE_OK) {
-        throw std::runtime_error(curl_easy_strerror(code));
-    }
-    return simdjson::padded_string(body);
-}
 
 class Inserter final {
 public:

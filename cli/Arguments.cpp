@@ -18,6 +18,7 @@ struct RawArguments final {
     std::string category;
     std::int64_t limit = 0;
     std::vector<std::string> catchup;
+    std::optional<std::string> day;
 };
 
 std::optional<Date> parseUtcTime(const std::string& text) {
@@ -41,6 +42,15 @@ Catchup parseCatchup(const std::vector<std::string>& words) {
         throw CLI::ValidationError("--catchup", "MINUTES is a whole number of 1 or more");
     }
     return {*start, minutes};
+}
+
+Date parseDay(const std::string& text) {
+    constexpr std::size_t length = std::string_view("2026-03-01").size();
+    const QDate day = QDate::fromString(QString::fromStdString(text), Qt::ISODate);
+    if (text.size() != length || !day.isValid()) {
+        throw CLI::ValidationError("YYYY-MM-DD", "a day is written like 2026-03-01");
+    }
+    return Date(std::chrono::milliseconds(day.startOfDay().toMSecsSinceEpoch()));
 }
 
 CLI::App* describe(CLI::App& app, Arguments& arguments, Command command, const char* name,
@@ -114,6 +124,20 @@ void describeMedia(CLI::App& app, Arguments& arguments, RawArguments& raw) {
              "Ask the provider everything once, and say what is wrong with its answers");
 }
 
+void describeGuide(CLI::App& app, Arguments& arguments, RawArguments& raw) {
+    constexpr const char* channel = "id of a live channel";
+    auto* guide = app.add_subcommand("guide", "The programme guide")->require_subcommand(1);
+    describe(*guide, arguments, &loadGuide, "load", "Download the provider's whole guide");
+    addId(*describe(*guide, arguments, &showCurrentProgram, "now", "Show what is on"), arguments, channel);
+    auto* day = describe(*guide, arguments, &listPrograms, "day",
+                         "List what begins on a day of this device's calendar");
+    addId(*day, arguments, channel);
+    day->add_option("YYYY-MM-DD", raw.day, "the day")->required();
+    addId(*describe(*guide, arguments, &loadShortGuide, "short",
+                    "Ask for the channel's short guide, add it to the guide and list it"),
+          arguments, channel);
+}
+
 /// CLI11 would repeat arguments that it does not know, and one of them may be a password.
 std::string failureMessage(const CLI::App* app, const CLI::Error& error) {
     const bool isUnknown = error.get_exit_code() == static_cast<int>(CLI::ExitCodes::ExtrasError);
@@ -135,10 +159,14 @@ ParsedArguments parseArguments(int argc, char** argv) {
     describeAccount(app, arguments);
     describeCatalogue(app, arguments, raw);
     describeMedia(app, arguments, raw);
+    describeGuide(app, arguments, raw);
     try {
         app.parse(argc, argv);
         if (!raw.catchup.empty()) {
             arguments.catchup = parseCatchup(raw.catchup);
+        }
+        if (raw.day) {
+            arguments.day = parseDay(*raw.day);
         }
     } catch (const CLI::ParseError& error) {
         result.exitStatus = app.exit(error) == 0 ? 0 : usageStatus;

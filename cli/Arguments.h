@@ -30,6 +30,8 @@ struct Arguments final {
     std::optional<std::int64_t> limit;
     std::string id;
     std::optional<Catchup> catchup;
+    /// A moment of the day in the device's time zone.
+    std::optional<Date> day;
     /// Seconds.
     double playFrom = 0;
     /// Seconds.

@@ -4,6 +4,7 @@
 #include "cli/Arguments.h"
 #include "cli/Items.h"
 #include "cli/Output.h"
+#include "library/RefreshSchedule.h"
 #include "protocol/XtreamAPIClient.h"
 
 #include <cstdio>
@@ -11,8 +12,6 @@
 
 namespace ondavia::cli {
 namespace {
-
-constexpr const char* lastSyncKey = "ondavia_last_sync";
 
 /// Tells on standard error what the state would show on screen, as long as it lives.
 class ProgressReport final {
@@ -59,7 +58,7 @@ QCoro::Task<void> synchronise(CommandContext context) {
     DataSyncService service(client, services.syncEnvironment());
     co_await service.syncAll();
     const Date now = currentDate();
-    services.defaults->setDate(lastSyncKey, now);
+    services.defaults->setDate(catalogueSchedule.lastKey, now);
     const AppState& appState = services.appState;
     const Record record{{"totalLive", appState.totalLive()},
                         {"totalMovies", appState.totalMovies()},

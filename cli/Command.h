@@ -46,6 +46,11 @@ QCoro::Task<void> showSeries(CommandContext context);
 QCoro::Task<void> printURL(CommandContext context);
 QCoro::Task<void> playItem(CommandContext context);
 
+QCoro::Task<void> loadGuide(CommandContext context);
+QCoro::Task<void> showCurrentProgram(CommandContext context);
+QCoro::Task<void> listPrograms(CommandContext context);
+QCoro::Task<void> loadShortGuide(CommandContext context);
+
 QCoro::Task<void> examineProvider(CommandContext context);
 
 } // namespace ondavia::cli

@@ -41,4 +41,8 @@ SyncEnvironment Services::syncEnvironment() {
     return {*store, appState, *defaults, network, *scheduler};
 }
 
+GuideEnvironment Services::guideEnvironment() {
+    return {*store, makeSession, folders.cache, guideWorkers};
+}
+
 } // namespace ondavia

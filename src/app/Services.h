@@ -1,5 +1,6 @@
 #pragma once
 
+#include "guide/EPGService.h"
 #include "library/DataSyncService.h"
 #include "library/NetworkMonitor.h"
 #include "platform/AVAudioSession.h"
@@ -31,6 +32,7 @@ public:
     Services& operator=(const Services&) = delete;
 
     [[nodiscard]] SyncEnvironment syncEnvironment();
+    [[nodiscard]] GuideEnvironment guideEnvironment();
 
     DataFolders folders;
     std::unique_ptr<Scheduler> scheduler;
@@ -41,6 +43,8 @@ public:
     std::unique_ptr<IdleInhibitor> idleInhibitor;
     URLSessionFactory makeSession;
     std::unique_ptr<LibraryStore> store;
+    /// After the store, and so gone before it.
+    GuideWorkers guideWorkers;
     NetworkMonitor network;
     PlayerManager playerManager;
     KeychainService keychain;

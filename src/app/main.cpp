@@ -1,11 +1,9 @@
+#include "app/MainWindow.h"
 #include "app/QtMessages.h"
 #include "app/Services.h"
-#include "screens/Screens.h"
-#include "screens/shell/ContentViewModel.h"
 
 #include <QCommandLineParser>
 #include <QGuiApplication>
-#include <QQmlApplicationEngine>
 
 #include <clocale>
 #include <cstdio>
@@ -14,19 +12,8 @@ namespace {
 
 int runApplication(const QString& language) {
     ondavia::Services services(ondavia::MpvOutputs::Window);
-    ondavia::ContentViewModel content(services.syncEnvironment());
-    QQmlApplicationEngine engine;
-    ondavia::loadScreens(engine, {.appState = services.appState,
-                                  .store = *services.store,
-                                  .playerManager = services.playerManager,
-                                  .defaults = *services.defaults,
-                                  .keychain = services.keychain,
-                                  .makeSession = services.makeSession,
-                                  .scheduler = *services.scheduler,
-                                  .content = content,
-                                  .cacheFolder = services.folders.cache,
-                                  .language = language.toStdString()});
-    return engine.rootObjects().isEmpty() ? 1 : QGuiApplication::exec();
+    const ondavia::MainWindow window(services, language.toStdString());
+    return QGuiApplication::exec();
 }
 
 } // namespace

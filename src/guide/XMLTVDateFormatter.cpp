@@ -34,24 +34,28 @@ bool hasCommonShape(std::string_view text) {
 
 } // namespace
 
-XMLTVDateFormatter::XMLTVDateFormatter()
-    : m_pattern("yyyyMMddHHmmss Z") {}
-
 std::optional<Date> XMLTVDateFormatter::date(std::string_view text) {
     if (const auto common = commonForm(text)) {
         return common;
     }
     if (text.size() > longestKnown) {
-        return m_pattern.date(text);
+        return byPattern(text);
     }
     if (m_known.size() >= maximumKnown) {
         m_known.clear();
     }
     const auto [known, isNew] = m_known.try_emplace(std::string(text));
     if (isNew) {
-        known->second = m_pattern.date(text);
+        known->second = byPattern(text);
     }
     return known->second;
+}
+
+std::optional<Date> XMLTVDateFormatter::byPattern(std::string_view text) {
+    if (!m_pattern) {
+        m_pattern.emplace("yyyyMMddHHmmss Z");
+    }
+    return m_pattern->date(text);
 }
 
 std::optional<Date> XMLTVDateFormatter::commonForm(std::string_view text) {

@@ -3,12 +3,10 @@
 #include "base/AppLogger.h"
 #include "base/Redaction.h"
 #include "base/Text.h"
+#include "platform/PoolWork.h"
 #include "protocol/wire/Decoding.h"
 #include "protocol/wire/ListDecoder.h"
 
-#include <QFuture>
-#include <QPromise>
-#include <QThreadPool>
 #include <QUrl>
 #include <qcoro/qcorofuture.h>
 
@@ -49,7 +47,7 @@ void requireSuccess(std::optional<int> statusCode) {
     }
 }
 
-/// Decodes a stream list on the session's pool threads.
+/// Decodes a stream list on the transfer's thread.
 template<class Row> class RowReader final : public URLBodyReader {
 public:
     RowReader(std::string action, std::function<void(std::vector<Row>&&)> onRows)
@@ -64,21 +62,6 @@ public:
 private:
     XtreamListDecoder<Row> m_decoder;
 };
-
-/// QtConcurrent would raise the decoder's error as one of its own.
-template<class Reply> QFuture<Reply> decodeOnPool(std::string body, std::string action) {
-    const auto promise = std::make_shared<QPromise<Reply>>();
-    promise->start();
-    QThreadPool::globalInstance()->start([promise, body = std::move(body), action = std::move(action)] {
-        try {
-            promise->addResult(decodeReply<Reply>(body, action));
-        } catch (...) {
-            promise->setException(std::current_exception());
-        }
-        promise->finish();
-    });
-    return promise->future();
-}
 
 } // namespace
 
@@ -102,7 +85,10 @@ template<class Reply> QCoro::Task<Reply> XtreamAPIClient::fetch(std::string url,
             co_return Reply();
         }
     }
-    const QFuture<Reply> decoding = decodeOnPool<Reply>(std::move(response.body), std::move(action));
+    const auto decode = [body = std::move(response.body), action = std::move(action)] {
+        return decodeReply<Reply>(body, action);
+    };
+    const QFuture<Reply> decoding = runOnPool(decode);
     co_return co_await decoding;
 }
 

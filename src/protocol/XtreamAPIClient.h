@@ -63,9 +63,9 @@ public:
     /// `action` is one of the three category actions. A body of fewer than 5 bytes is an empty list.
     QCoro::Task<std::vector<XtreamCategory>> getCategories(std::string action);
     /// One of the three stream lists, decoded while it arrives, in bounded memory: a row has at most
-    /// 4 MiB. `onRows` is called on pool threads, one call at a time, in the order of the list; when the
-    /// task raises, whoever took the rows drops them. What `onRows` throws is raised too. Yields the
-    /// number of rows. A body of fewer than 5 bytes is an empty list.
+    /// 4 MiB. `onRows` is called on the transfer's thread, in the order of the list; when the task raises,
+    /// whoever took the rows drops them. What `onRows` throws is raised too. Yields the number of rows. A
+    /// body of fewer than 5 bytes is an empty list.
     ///
     /// For XtreamLiveStream, XtreamVodStream and XtreamSeriesItem.
     template<class Row>

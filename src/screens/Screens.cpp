@@ -30,15 +30,19 @@ public:
 
 } // namespace
 
-void loadScreens(QQmlApplicationEngine& engine, const ScreenServices& services) {
+void provideScreens(QQmlEngine& engine) {
     qml_register_types_Ondavia();
     registerCompiledPages();
+    engine.addImportPath(QStringLiteral("qrc:/qt/qml"));
+}
+
+void loadScreens(QQmlApplicationEngine& engine, const ScreenServices& services) {
+    provideScreens(engine);
     installLanguage(services.language);
     auto* pictures = new OwnedPictureNetwork(services.cacheFolder, &engine);
     engine.setNetworkAccessManagerFactory(&pictures->network);
     auto* models = new ScreenModels(services, &engine);
     engine.setInitialProperties({{QStringLiteral("models"), QVariant::fromValue(models)}});
-    engine.addImportPath(QStringLiteral("qrc:/qt/qml"));
     engine.load(QUrl(QStringLiteral("qrc:/qt/qml/Ondavia/shell/Main.qml")));
 }
 

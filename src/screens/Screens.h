@@ -6,6 +6,7 @@
 #include <string>
 
 class QQmlApplicationEngine;
+class QQmlEngine;
 
 namespace ondavia {
 
@@ -32,6 +33,9 @@ struct ScreenServices final {
     /// Language code of the texts; empty for the user's own.
     std::string language;
 };
+
+/// Makes the module `Ondavia`, which the screens are written in, known to `engine`. Main thread.
+void provideScreens(QQmlEngine& engine);
 
 /// Builds the view-models, which live as long as `engine`, and opens the window. `engine` has no root
 /// object afterwards if that failed. Main thread.

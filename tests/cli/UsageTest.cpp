@@ -9,11 +9,27 @@ QStringList words(const char* line) {
 
 TEST(Usage, WhatMakesNoCommandEndsWithTwoAndSaysWhy) {
     CommandLine cli;
-    for (const char* line :
-         {"--json", "nonsense", "list", "list radio", "list live --limit 0", "list live --limit many", "show",
-          "signin --server http://x.test", "url main_1 --catchup 2026-03-01T21:05",
-          "url main_1 --catchup yesterday 90", "url main_1 --catchup 2026-03-01T21:05 0",
-          "url main_1 --catchup 2026-03-01T21:05 long", "play main_1 --for 0", "play main_1 --from -1"}) {
+    for (const char* line : {"--json",
+                             "nonsense",
+                             "list",
+                             "list radio",
+                             "list live --limit 0",
+                             "list live --limit many",
+                             "show",
+                             "signin --server http://x.test",
+                             "url main_1 --catchup 2026-03-01T21:05",
+                             "url main_1 --catchup yesterday 90",
+                             "url main_1 --catchup 2026-03-01T21:05 0",
+                             "url main_1 --catchup 2026-03-01T21:05 long",
+                             "play main_1 --for 0",
+                             "play main_1 --from -1",
+                             "guide",
+                             "guide now",
+                             "guide day main_1",
+                             "guide day main_1 ",
+                             "guide day main_1 tomorrow",
+                             "guide day main_1 2026-02-30",
+                             "guide day main_1 2026-03-01T10:00"}) {
         const auto result = cli.run(words(line));
         EXPECT_EQ(result.status, 2) << line << ": " << result.errors;
         EXPECT_EQ(result.output, "") << line;
@@ -39,14 +55,14 @@ TEST(Usage, HelpNamesEveryCommand) {
     const auto result = cli.run(words("--help"));
     EXPECT_EQ(result.status, 0);
     for (const char* command : {"signin", "signout", "account", "sync", "categories", "list", "show",
-                                "series", "url", "play", "doctor"}) {
+                                "series", "url", "play", "guide", "doctor"}) {
         EXPECT_NE(result.output.find(std::string("\n  ") + command + " "), std::string::npos) << command;
     }
 }
 
 TEST(Usage, CommandsThatNeedTheAccountSayHowToSignIn) {
     CommandLine cli;
-    for (const char* line : {"account", "sync", "doctor"}) {
+    for (const char* line : {"account", "sync", "doctor", "guide load"}) {
         const auto result = cli.run(words(line));
         EXPECT_EQ(result.status, 1) << line;
         EXPECT_NE(result.errors.find("error: nobody is signed in: ondavia-cli signin"), std::string::npos)

@@ -1,4 +1,5 @@
 #include "SyncFixture.h"
+#include "support/AcknowledgedLog.h"
 
 #include <QProcess>
 
@@ -101,21 +102,9 @@ protected:
         std::set<std::string> kept;
         std::ranges::copy(context.distinct(&Favorite::channelId), std::inserter(kept, kept.end()));
         std::ranges::copy(context.distinct(&WatchHistory::channelId), std::inserter(kept, kept.end()));
-        for (const std::string& acknowledged : acknowledgedIds()) {
+        for (const std::string& acknowledged : AcknowledgedLog::read(logFile())) {
             EXPECT_TRUE(kept.contains(acknowledged)) << acknowledged;
         }
-    }
-
-    /// Only whole lines: the kill may have cut the last one.
-    std::vector<std::string> acknowledgedIds() const {
-        std::ifstream stream(logFile());
-        const std::string text{std::istreambuf_iterator<char>(stream), {}};
-        std::vector<std::string> lines;
-        for (std::size_t begin = 0, end = 0; (end = text.find('\n', begin)) != std::string::npos;
-             begin = end + 1) {
-            lines.push_back(text.substr(begin, end - begin));
-        }
-        return lines;
     }
 
     fs::path storeFolder() const { return m_folder.path() / "store"; }
@@ -139,13 +128,13 @@ TEST_F(CrashTest, AKilledSynchronisationLeavesTheOldCatalogueOrTheNewOneAndLoses
         ASSERT_NO_FATAL_FAILURE(expectWhole()) << "round " << round;
         ASSERT_FALSE(HasFailure()) << "round " << round;
     }
-    EXPECT_GE(acknowledgedIds().size(), static_cast<std::size_t>(roundCount()));
+    EXPECT_GE(AcknowledgedLog::read(logFile()).size(), static_cast<std::size_t>(roundCount()));
     std::string seen;
     for (const std::string& catalogue : m_seen) {
         seen += catalogue + " ";
     }
     RecordProperty("catalogues", seen);
-    RecordProperty("acknowledged", static_cast<int>(acknowledgedIds().size()));
+    RecordProperty("acknowledged", static_cast<int>(AcknowledgedLog::read(logFile()).size()));
 }
 
 } // namespace

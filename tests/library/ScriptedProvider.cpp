@@ -13,8 +13,11 @@ constexpr const char* contentType = "application/octet-stream";
 } // namespace
 
 ScriptedProvider::ScriptedProvider() {
-    m_http.server.Get("/player_api.php", [this](const httplib::Request& request,
-                                                httplib::Response& response) { answer(request, response); });
+    for (const char* path : {"/player_api.php", guideDocument}) {
+        m_http.server.Get(path, [this](const httplib::Request& request, httplib::Response& response) {
+            answer(request, response);
+        });
+    }
     m_http.start();
 }
 
@@ -34,7 +37,8 @@ void ScriptedProvider::answer(const httplib::Request& request, httplib::Response
     Reply reply;
     {
         const std::lock_guard lock(m_mutex);
-        const std::string action = request.get_param_value("action");
+        const std::string action =
+            request.path == guideDocument ? request.path : request.get_param_value("action");
         const auto number = static_cast<std::size_t>(m_requests[action]++);
         const auto& replies = m_replies[action];
         if (!replies.empty()) {

@@ -11,6 +11,9 @@ namespace ondavia::testing {
 
 using Reply = httplib::Server::Handler;
 
+/// The action that stands for the guide, which has a page of its own.
+inline constexpr const char* guideDocument = "/xmltv.php";
+
 /// Answers each action with its scripted replies in their order, the last one again and again; the log-in
 /// is the action "". What is not scripted is an empty body.
 class ScriptedProvider final {

@@ -10,10 +10,10 @@
 #include "state/AppState.h"
 #include "state/KeychainService.h"
 #include "store/LibraryStore.h"
+#include "support/AcknowledgedLog.h"
 
 #include <QCoreApplication>
 
-#include <fcntl.h>
 #include <unistd.h>
 
 #include <string>
@@ -22,7 +22,8 @@
 // A process to be killed in the middle of its writes.
 //
 //   sync_crash_writer sync FOLDER URL      synchronises again and again, by turns as the users "even" and
-//   "odd" sync_crash_writer personal FOLDER LOG  saves a favourite and a history row by turns, and writes the
+//                                          "odd"
+//   sync_crash_writer personal FOLDER LOG  saves a favourite and a history row by turns, and writes the
 //                                          channel id of each into LOG once its save has returned
 
 namespace {
@@ -60,7 +61,7 @@ int runSynchronisations(const QCoreApplication& application, LibraryStore& store
 }
 
 [[noreturn]] void recordForEver(LibraryStore& store, const char* logFile) {
-    const int log = ::open(logFile, O_WRONLY | O_CREAT | O_APPEND, 0600);
+    const testing::AcknowledgedLog log(logFile);
     const std::string prefix = std::to_string(::getpid()) + "-";
     for (std::int64_t number = 1;; ++number) {
         const std::string id = prefix + std::to_string(number);
@@ -70,10 +71,7 @@ int runSynchronisations(const QCoreApplication& application, LibraryStore& store
             store.mainContext().insert(WatchHistory("main", id, 30, 60, "movie"));
         }
         store.mainContext().save();
-        const std::string line = id + "\n";
-        if (::write(log, line.data(), line.size()) != static_cast<ssize_t>(line.size())) {
-            std::abort();
-        }
+        log.append(id);
     }
 }
 

@@ -100,11 +100,13 @@ protected:
     PlayerManager playerManager;
     KeychainService keychain{*items, defaults};
     AppState appState{keychain, playerManager, makeCurlURLSession};
+    GuideWorkers guideWorkers;
     ContentViewModel content{{.store = *store,
                               .appState = appState,
                               .defaults = defaults,
                               .network = network,
-                              .scheduler = scheduler}};
+                              .scheduler = scheduler},
+                             {*store, makeCurlURLSession, folder.path() / "cache", guideWorkers}};
 };
 
 } // namespace ondavia::testing

@@ -1,5 +1,4 @@
-#include "screens/shell/ContentViewModel.h"
-#include "SyncFixture.h"
+#include "ContentFixture.h"
 
 namespace ondavia::testing {
 namespace {
@@ -9,53 +8,6 @@ using ::testing::ElementsAre;
 using ::testing::IsEmpty;
 
 constexpr const char* loadError = "Erro ao carregar conteúdo. Verifica a tua ligação.";
-constexpr const char* lastSync = "ondavia_last_sync";
-constexpr const char* liveOrder = "ondavia_live_cat_order";
-
-std::string logInReply(const std::string& expiry, const std::string& connections = R"("2")") {
-    return R"({"user_info":{"auth":1,"exp_date":)" + expiry + R"(,"max_connections":)" + connections +
-           R"(},"server_info":{}})";
-}
-
-class ContentViewModelTest : public SyncFixture {
-protected:
-    ContentViewModelTest() { provider.script("", {body(logInReply("null"))}); }
-
-    void load() { resultOf(content.loadContent()); }
-    /// Stored rows of all kinds, as a synchronisation `age` ago has left them.
-    void cacheCatalogue(std::chrono::microseconds age = 1min) {
-        storeEarlierCatalogue();
-        Channel live;
-        live.id = "main_l";
-        live.type = "live";
-        live.groupTitle = "News";
-        store->mainContext().insert(live);
-        live.id = "main_l2";
-        live.groupTitle = "Art";
-        store->mainContext().insert(live);
-        store->mainContext().save();
-        defaults.setStringArray(liveOrder, {"News", "Art"});
-        defaults.setDate(lastSync, now - age);
-    }
-    [[nodiscard]] bool logsIn() const { return provider.requestCount("") > 0; }
-    /// Whether loading the cached catalogue starts a refresh, which then runs to its end.
-    bool loadRefreshes() {
-        scriptSmallCatalogue();
-        provider.script("", {body(logInReply("null"))});
-        load();
-        scheduler.runPending();
-        const Date before = *defaults.dateForKey(lastSync);
-        if (!waitUntil([this] { return logsIn(); }, 300ms)) {
-            return false;
-        }
-        EXPECT_TRUE(waitUntil([&] { return defaults.dateForKey(lastSync) != before || before == now; }));
-        EXPECT_TRUE(waitUntil([&] { return appState.loadingMessage().empty(); }));
-        return true;
-    }
-
-    Date now{1'700'000'000s};
-    ContentViewModel content{environment(), [this] { return now; }};
-};
 
 TEST_F(ContentViewModelTest, TheFirstLoadWaitsBehindTheOverlay) {
     scriptSmallCatalogue();
@@ -195,6 +147,7 @@ TEST_F(ContentViewModelTest, CachedRowsShowAtOnceAndNothingIsAskedWhenNoneIsDue)
     EXPECT_THAT(journal.lines, ElementsAre("totalLive 2", "totalMovies 2", "live News=News Art=Art"));
     EXPECT_THAT(appState.vodCategories(), IsEmpty()) << "Old is not in the order";
     EXPECT_FALSE(appState.isLoading());
+    EXPECT_EQ(provider.requestCount(guideDocument), 0);
 }
 
 TEST_F(ContentViewModelTest, TheCategoriesAreThereBeforeTheNetworkIsAsked) {
@@ -283,7 +236,7 @@ TEST_F(ContentViewModelTest, ABackgroundRefreshWithoutAnAccountDoesNothing) {
 TEST_F(ContentViewModelTest, ARefreshThatIsDueDoesNotOutliveTheView) {
     cacheCatalogue(4 * 24h);
     {
-        ContentViewModel shortLived(environment(), [this] { return now; });
+        ContentViewModel shortLived(environment(), guide(), [this] { return now; });
         resultOf(shortLived.loadContent());
     }
     scheduler.runPending();

@@ -1,4 +1,5 @@
 #include "store/StoreSamples.h"
+#include "support/AcknowledgedLog.h"
 
 #include <QProcess>
 
@@ -64,25 +65,13 @@ protected:
         EXPECT_EQ(store->mainContext().fetch<Channel>().size(), static_cast<std::size_t>(rowsPerGeneration));
         const auto stored = store->mainContext().distinct(&Favorite::channelId);
         const std::set<std::string> favourites(stored.begin(), stored.end());
-        for (const std::string& acknowledged : acknowledgedFavourites()) {
+        for (const std::string& acknowledged : AcknowledgedLog::read(logFile())) {
             EXPECT_TRUE(favourites.contains(acknowledged)) << acknowledged;
         }
         for (const char* file : {"catalogue.db", "user.db"}) {
             SQLite::Database database(storeFolder() / file);
             EXPECT_EQ(database.execAndGet("PRAGMA integrity_check").getString(), "ok") << file;
         }
-    }
-
-    /// Only whole lines: the kill may have cut the last one.
-    std::vector<std::string> acknowledgedFavourites() const {
-        std::ifstream stream(logFile());
-        std::vector<std::string> lines;
-        std::string text{std::istreambuf_iterator<char>(stream), {}};
-        for (std::size_t begin = 0, end = 0; (end = text.find('\n', begin)) != std::string::npos;
-             begin = end + 1) {
-            lines.push_back(text.substr(begin, end - begin));
-        }
-        return lines;
     }
 
     fs::path storeFolder() const { return m_folder.path() / "store"; }
@@ -99,7 +88,7 @@ TEST_F(StoreCrashTest, KilledWritersLoseNothingThatWasCommitted) {
         ASSERT_NO_FATAL_FAILURE(expectWhole()) << "round " << round;
         ASSERT_FALSE(HasFailure()) << "round " << round;
     }
-    EXPECT_GE(acknowledgedFavourites().size(), static_cast<std::size_t>(roundCount()));
+    EXPECT_GE(AcknowledgedLog::read(logFile()).size(), static_cast<std::size_t>(roundCount()));
 }
 
 } // namespace

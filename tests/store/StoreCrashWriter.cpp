@@ -1,8 +1,8 @@
 #include "store/LibraryStore.h"
+#include "support/AcknowledgedLog.h"
 
 #include <QCoreApplication>
 
-#include <fcntl.h>
 #include <unistd.h>
 
 #include <string>
@@ -46,16 +46,13 @@ std::vector<Channel> makeGeneration(std::int64_t number, std::int64_t count) {
 }
 
 [[noreturn]] void favourForEver(LibraryStore& store, const char* logFile) {
-    const int log = ::open(logFile, O_WRONLY | O_CREAT | O_APPEND, 0600);
+    const testing::AcknowledgedLog log(logFile);
     const std::string prefix = std::to_string(::getpid()) + "-";
     for (std::int64_t number = 1;; ++number) {
         const std::string id = prefix + std::to_string(number);
         store.mainContext().insert(Favorite("main", id));
         store.mainContext().save();
-        const std::string line = id + "\n";
-        if (::write(log, line.data(), line.size()) != static_cast<ssize_t>(line.size())) {
-            std::abort();
-        }
+        log.append(id);
     }
 }
 

@@ -71,10 +71,6 @@ void Tour::signIn(const QString& server, const QString& user, const QString& pas
     shoot(QStringLiteral("sign-in-refused"));
     type(QStringLiteral("password"), password);
     click(find(QStringLiteral("signIn")));
-    // A small catalogue may have come before the click has settled.
-    waitFor(QStringLiteral("the loading overlay"),
-            [this] { return m_services.appState.isLoading() || m_services.appState.totalLive() > 0; });
-    shoot(QStringLiteral("loading"));
     waitFor(QStringLiteral("the catalogue"),
             [this] { return !m_services.appState.isLoading() && m_services.appState.totalLive() > 0; });
 }
@@ -89,7 +85,11 @@ void Tour::browse() {
     shoot(QStringLiteral("series"));
     selectTab(4);
     shoot(QStringLiteral("favorites"));
-    selectTab(0);
+    press(Qt::Key_Escape);
+    press(Qt::Key_Escape);
+    shoot(QStringLiteral("dialog"));
+    press(Qt::Key_Escape);
+    settle();
 }
 
 void Tour::showOverlays() {

@@ -1,48 +1,25 @@
 #include "tour/Tour.h"
 
+#include "app/MainWindow.h"
 #include "app/QtMessages.h"
 #include "app/Services.h"
-#include "screens/Screens.h"
-#include "screens/shell/ContentViewModel.h"
 
 #include <QCommandLineParser>
 #include <QGuiApplication>
-#include <QQmlApplicationEngine>
+#include <QQuickWindow>
 
 #include <clocale>
 #include <cstdio>
-#include <stdexcept>
 
 namespace {
 
 constexpr QSize wide{1280, 800};
 constexpr QSize narrow{412, 892};
 
-QQuickWindow& openWindow(QQmlApplicationEngine& engine, ondavia::Services& services,
-                         ondavia::ContentViewModel& content) {
-    ondavia::loadScreens(engine, {.appState = services.appState,
-                                  .store = *services.store,
-                                  .playerManager = services.playerManager,
-                                  .defaults = *services.defaults,
-                                  .keychain = services.keychain,
-                                  .makeSession = services.makeSession,
-                                  .scheduler = *services.scheduler,
-                                  .content = content,
-                                  .cacheFolder = services.folders.cache,
-                                  .language = "pt"});
-    auto* window =
-        engine.rootObjects().isEmpty() ? nullptr : qobject_cast<QQuickWindow*>(engine.rootObjects().first());
-    if (window == nullptr) {
-        throw std::runtime_error("the window did not open");
-    }
-    return *window;
-}
-
 void tour(const QString& server, const QString& folder) {
     ondavia::Services services(ondavia::MpvOutputs::Window);
-    ondavia::ContentViewModel content(services.syncEnvironment());
-    QQmlApplicationEngine engine;
-    QQuickWindow& window = openWindow(engine, services, content);
+    const ondavia::MainWindow main(services, "pt");
+    QQuickWindow& window = main.window();
     window.resize(wide);
     ondavia::Tour first(window, services, folder, QStringLiteral("wide-"));
     first.signIn(server, QStringLiteral("demo"), QStringLiteral("demo"));

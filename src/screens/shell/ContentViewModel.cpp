@@ -3,6 +3,8 @@
 #include "base/AppLogger.h"
 #include "base/LocalizedText.h"
 #include "base/Text.h"
+#include "library/RefreshSchedule.h"
+#include "platform/Scheduler.h"
 #include "platform/UserDefaults.h"
 #include "protocol/XtreamAPIClient.h"
 #include "state/AppState.h"
@@ -15,9 +17,6 @@
 
 namespace ondavia {
 namespace {
-
-/// The time of a synchronisation that never was: the first day of year 1.
-constexpr Date distantPast{std::chrono::seconds(-62135769600)};
 
 /// Unix seconds as decimal text; anything that is no number, and any date that no calendar holds, is
 /// absent.
@@ -50,8 +49,10 @@ std::vector<CategoryItem> orderedCategories(const std::vector<std::string>& grou
     return items;
 }
 
-ContentViewModel::ContentViewModel(SyncEnvironment environment, std::function<Date()> now)
+ContentViewModel::ContentViewModel(SyncEnvironment environment, GuideEnvironment guide,
+                                   std::function<Date()> now)
     : m_environment(environment)
+    , m_guide(std::move(guide))
     , m_now(std::move(now)) {
     const AppState& state = environment.appState;
     connect(&state, &AppState::isLoadingChanged, this, &ContentViewModel::isLoadingChanged);
@@ -137,22 +138,25 @@ QCoro::Task<void> ContentViewModel::loadContent() {
     publishStoredTotals(m_environment);
     loadCategoriesFromCache();
     if (refreshIsDue) {
-        // Runs on by itself: it reports what the user must know.
-        m_environment.scheduler.onMainThread([self = QPointer(this)] {
-            if (self) {
-                self->backgroundSync();
-            }
-        });
+        runLater([this] { return backgroundSync(); });
+    } else if (auto client = m_environment.appState.makeXtreamClient()) {
+        runLater([this, client = std::move(client)] { return loadEPGIfNeeded(client); });
     }
+}
+
+/// Nobody waits for the task: it reports by itself what the user must know.
+void ContentViewModel::runLater(std::function<QCoro::Task<void>()> task) {
+    m_environment.scheduler.onMainThread([self = QPointer(this), task = std::move(task)] {
+        if (self) {
+            task();
+        }
+    });
 }
 
 /// Only the live order is looked at, and only for being missing: an empty list is an order too.
 bool ContentViewModel::isRefreshDue() const {
-    const UserDefaults& defaults = m_environment.defaults;
-    const double stored = defaults.doubleForKey(syncIntervalKey);
-    const std::chrono::duration<double> interval(stored > 0 ? stored : defaultInterval);
-    const Date lastSync = defaults.dateForKey(lastSyncKey).value_or(distantPast);
-    return !defaults.stringArrayForKey(DataSyncService::liveOrderKey) || m_now() - lastSync > interval;
+    return !m_environment.defaults.stringArrayForKey(DataSyncService::liveOrderKey) ||
+           catalogueSchedule.isDue(m_environment.defaults, m_now());
 }
 
 void ContentViewModel::loadCategoriesFromCache() {
@@ -193,7 +197,7 @@ QCoro::Task<void> ContentViewModel::performSync(bool showLoading) {
         DataSyncService service(client, m_environment);
         const std::stop_token neverStopped;
         co_await service.syncAll(neverStopped);
-        m_environment.defaults.setDate(lastSyncKey, m_now());
+        m_environment.defaults.setDate(catalogueSchedule.lastKey, m_now());
         endLoading(showLoading);
     } catch (const std::exception& error) {
         AppLogger::general.error("first load: %s", {error.what()});
@@ -214,10 +218,26 @@ QCoro::Task<void> ContentViewModel::backgroundSync() {
         DataSyncService service(client, m_environment);
         const std::stop_token neverStopped;
         co_await service.syncAll(neverStopped);
-        m_environment.defaults.setDate(lastSyncKey, m_now());
+        m_environment.defaults.setDate(catalogueSchedule.lastKey, m_now());
     } catch (const std::exception& error) {
         // The cached catalogue stays; the next start tries again.
         AppLogger::general.error("background refresh: %s", {error.what()});
+    }
+    co_await loadEPGIfNeeded(client);
+}
+
+QCoro::Task<void> ContentViewModel::loadEPGIfNeeded(std::shared_ptr<XtreamAPIClient> client) {
+    if (!guideSchedule.isDue(m_environment.defaults, m_now())) {
+        co_return;
+    }
+    try {
+        EPGService service(m_guide);
+        const std::string address = client->getEpgXMLURL();
+        co_await service.loadEPG(address);
+        m_environment.defaults.setDate(guideSchedule.lastKey, m_now());
+    } catch (const std::exception& error) {
+        // The guide of before stays; the next start tries again.
+        AppLogger::general.error("guide: %s", {error.what()});
     }
 }
 

@@ -1,9 +1,8 @@
 #pragma once
 
 #include "base/Date.h"
+#include "guide/EPGService.h"
 #include "library/DataSyncService.h"
-#include "platform/Scheduler.h"
-#include "platform/URLSession.h"
 
 #include <QObject>
 #include <QString>
@@ -39,14 +38,10 @@ class ContentViewModel final : public QObject {
     Q_PROPERTY(bool presentsPlayer READ presentsPlayer NOTIFY presentsPlayerChanged)
 
 public:
-    static constexpr const char* lastSyncKey = "ondavia_last_sync";
-    static constexpr const char* syncIntervalKey = "ondavia_sync_interval";
-    /// Seconds between two refreshes where none are stored: 3 days.
-    static constexpr double defaultInterval = 259200.0;
-
-    /// What the environment refers to must outlive the object. `now` is the clock that intervals are
+    /// What the environments refer to must outlive the object. `now` is the clock that intervals are
     /// measured by.
-    explicit ContentViewModel(SyncEnvironment environment, std::function<Date()> now = currentDate);
+    ContentViewModel(SyncEnvironment environment, GuideEnvironment guide,
+                     std::function<Date()> now = currentDate);
 
     [[nodiscard]] bool isLoading() const;
     [[nodiscard]] QString loadingMessage() const;
@@ -68,6 +63,7 @@ public:
     QCoro::Task<void> loadContent();
     QCoro::Task<void> performSync(bool showLoading);
     QCoro::Task<void> backgroundSync();
+    QCoro::Task<void> loadEPGIfNeeded(std::shared_ptr<XtreamAPIClient> client);
 
     Q_SIGNAL void isLoadingChanged();
     Q_SIGNAL void loadingMessageChanged();
@@ -78,10 +74,12 @@ public:
 
 private:
     [[nodiscard]] bool isRefreshDue() const;
+    void runLater(std::function<QCoro::Task<void>()> task);
     void loadCategoriesFromCache();
     void endLoading(bool showLoading);
 
     SyncEnvironment m_environment;
+    GuideEnvironment m_guide;
     std::function<Date()> m_now;
 };
 

@@ -15,13 +15,23 @@ Window {
     title: "Ondavia"
     color: Theme.background
 
+    function goBack() {
+        if (tabs.current === 0)
+            quit.isOpen = true
+        else
+            window.models.content.selectedTab = 0
+    }
+
     FocusScope {
         id: root
         objectName: "root"
         anchors.fill: parent
         focus: true
-        // What no control wanted: arrows move the focus to the nearest control in their direction.
+        // What no control wanted: arrows move the focus to the nearest control in their direction, and who
+        // goes back from the first page of a tab leaves the tab, then the application.
         Keys.onPressed: event => event.accepted = FocusGuide.move(root, event.key)
+        Keys.onEscapePressed: window.goBack()
+        Keys.onBackPressed: window.goBack()
         Component.onCompleted: window.models.content.start()
 
         MainTabView {
@@ -29,7 +39,7 @@ Window {
             anchors.fill: parent
             models: window.models
             focus: true
-            enabled: !signIn.isOpen && !player.active && !loading.isShown
+            enabled: !signIn.isOpen && !player.active && !loading.isShown && !quit.isOpen
             onEnabledChanged: if (enabled) tabs.forceActiveFocus()
         }
         Sheet {
@@ -55,6 +65,16 @@ Window {
             anchors.fill: parent
             isShown: window.models.content.isLoading
             message: window.models.content.loadingMessage
+        }
+        Dialog {
+            id: quit
+            anchors.fill: parent
+            title: Texts.get("app.quitTitle", "Sair da Ondavia?")
+            message: Texts.get("app.quitMessage", "Os favoritos e o ponto de cada filme ficam guardados.")
+            acceptText: Texts.get("app.quit", "Sair")
+            rejectText: Texts.get("app.stay", "Ficar")
+            onAccepted: window.close()
+            onRejected: quit.isOpen = false
         }
         ToastView {
             anchors.horizontalCenter: parent.horizontalCenter

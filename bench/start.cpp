@@ -1,0 +1,130 @@
+#include "support/BenchSupport.h"
+
+#include "app/MainWindow.h"
+#include "app/Services.h"
+#include "screens/Screens.h"
+
+#include <QEventLoop>
+#include <QGuiApplication>
+#include <QQmlApplicationEngine>
+#include <QQuickItem>
+#include <QQuickWindow>
+#include <QTemporaryDir>
+
+#include <algorithm>
+#include <clocale>
+#include <optional>
+#include <stdexcept>
+
+namespace ondavia::bench {
+namespace {
+
+/// An empty window, with the modules that the screens are made of.
+constexpr const char* emptyWindow = R"(
+import QtQuick
+import QtQuick.Templates
+import Ondavia
+Window { width: 1280; height: 800; visible: true; color: Theme.background }
+)";
+
+bool showsPoster(const QQuickItem& item) {
+    if (!item.isVisible()) {
+        return false;
+    }
+    const auto children = item.childItems();
+    return QByteArray(item.metaObject()->className()).startsWith("PosterCard") ||
+           std::ranges::any_of(children, [](const QQuickItem* child) { return showsPoster(*child); });
+}
+
+/// Runs the event loop until a frame is on screen that was drawn while `isReady` held.
+void awaitFrame(QQuickWindow& window, const std::function<bool()>& isReady) {
+    QEventLoop loop;
+    bool isDrawn = false;
+    // Just before the frame is made of the items, on this thread.
+    QObject::connect(&window, &QQuickWindow::afterAnimating, &loop, [&] { isDrawn = isDrawn || isReady(); });
+    QObject::connect(
+        &window, &QQuickWindow::frameSwapped, &loop,
+        [&] {
+            if (isDrawn) {
+                loop.quit();
+            } else {
+                window.update();
+            }
+        },
+        Qt::QueuedConnection);
+    loop.exec();
+}
+
+QQuickWindow& windowOf(const QQmlApplicationEngine& engine) {
+    if (engine.rootObjects().isEmpty()) {
+        throw std::runtime_error("the empty window cannot be opened");
+    }
+    return *qobject_cast<QQuickWindow*>(engine.rootObjects().first());
+}
+
+void runOurs() {
+    std::optional<Services> services;
+    std::optional<MainWindow> main;
+    printForParent(measure([&] {
+        services.emplace(MpvOutputs::Window);
+        services->appState.setSelectedTab(AppTab::movies);
+        main.emplace(*services, "pt");
+        QQuickWindow& window = main->window();
+        awaitFrame(window, [&window] { return showsPoster(*window.contentItem()); });
+    }));
+}
+
+void runBare() {
+    QQmlApplicationEngine engine;
+    printForParent(measure([&] {
+        provideScreens(engine);
+        engine.loadData(emptyWindow);
+        awaitFrame(windowOf(engine), [] { return true; });
+    }));
+}
+
+void runTool(const QStringList& arguments, const QByteArray& input = {}) {
+    QProcess tool;
+    tool.setProcessChannelMode(QProcess::ForwardedErrorChannel);
+    tool.start(QCoreApplication::applicationDirPath() + QStringLiteral("/ondavia-cli"), arguments);
+    tool.write(input);
+    tool.closeWriteChannel();
+    constexpr int patience = 300'000;
+    if (!tool.waitForFinished(patience) || tool.exitCode() != 0) {
+        throw std::runtime_error("the catalogue cannot be prepared");
+    }
+}
+
+int runComparison() {
+    constexpr int rounds = 5;
+    const QTemporaryDir folder;
+    qputenv("ONDAVIA_DATA_DIR", folder.path().toUtf8());
+    qputenv("ONDAVIA_VAULT", "file");
+    const ProviderProcess provider(
+        {QStringLiteral("--scale"), QStringLiteral("180000"), QStringLiteral("--lazy-media")});
+    runTool({QStringLiteral("signin"), QStringLiteral("--server"), provider.url(),
+             QStringLiteral("--username"), QStringLiteral("demo")},
+            "demo\n");
+    runTool({QStringLiteral("sync")});
+    // Neither is due then, and the start is left to itself.
+    runTool({QStringLiteral("guide"), QStringLiteral("load")});
+    compare(rounds, {QStringLiteral("ours")}, {QStringLiteral("bare")})
+        .print(
+            "start with a stored catalogue of 180,000 rows to the first frame with films, against an empty "
+            "window with the same QML modules (best of 5)");
+    return 0;
+}
+
+} // namespace
+} // namespace ondavia::bench
+
+int main(int argc, char** argv) {
+    const QGuiApplication application(argc, argv);
+    std::setlocale(LC_NUMERIC, "C");
+    const QStringList arguments = QCoreApplication::arguments();
+    if (arguments.size() < 2) {
+        return ondavia::bench::runComparison();
+    }
+    arguments[1] == QStringLiteral("ours") ? ondavia::bench::runOurs() : ondavia::bench::runBare();
+    return 0;
+}

@@ -1,0 +1,31 @@
+#include "app/MainWindow.h"
+
+#include "app/Services.h"
+#include "screens/Screens.h"
+
+#include <QQuickWindow>
+
+#include <stdexcept>
+
+namespace ondavia {
+
+MainWindow::MainWindow(Services& services, const std::string& language)
+    : m_content(services.syncEnvironment(), services.guideEnvironment()) {
+    loadScreens(m_engine, {.appState = services.appState,
+                           .store = *services.store,
+                           .playerManager = services.playerManager,
+                           .defaults = *services.defaults,
+                           .keychain = services.keychain,
+                           .makeSession = services.makeSession,
+                           .scheduler = *services.scheduler,
+                           .content = m_content,
+                           .cacheFolder = services.folders.cache,
+                           .language = language});
+    m_window = m_engine.rootObjects().isEmpty() ? nullptr
+                                                : qobject_cast<QQuickWindow*>(m_engine.rootObjects().first());
+    if (m_window == nullptr) {
+        throw std::runtime_error("the window cannot be opened");
+    }
+}
+
+} // namespace ondavia

@@ -1,0 +1,154 @@
+#include "ScreensWindow.h"
+
+#include "base/LocalizedText.h"
+#include "screens/Screens.h"
+
+#include <QAccessible>
+#include <QElapsedTimer>
+#include <QQmlApplicationEngine>
+
+namespace ondavia::testing {
+namespace {
+
+std::vector<std::string>* collectedMessages = nullptr;
+
+void collectMessage(QtMsgType type, const QMessageLogContext& /*context*/, const QString& text) {
+    if (type != QtDebugMsg) {
+        collectedMessages->push_back(text.toStdString());
+    }
+}
+
+void installMessages(std::vector<std::string>* list) {
+    collectedMessages = list;
+    qInstallMessageHandler(list == nullptr ? nullptr : collectMessage);
+}
+
+} // namespace
+
+void collect(QQuickItem& item, const std::function<void(QQuickItem&)>& visit) {
+    if (item.isVisible()) {
+        visit(item);
+        for (QQuickItem* child : item.childItems()) {
+            collect(*child, visit);
+        }
+    }
+}
+
+QString accessibleName(const QObject& item) {
+    QAccessibleInterface* interface = QAccessible::queryAccessibleInterface(const_cast<QObject*>(&item));
+    return interface != nullptr ? interface->text(QAccessible::Name) : QString();
+}
+
+ScreensTest::ScreensTest() = default;
+
+ScreensTest::~ScreensTest() {
+    installMessages(nullptr);
+    installTextCatalogue({});
+}
+
+void ScreensTest::show(int width, int height, const std::string& language) {
+    messages.clear();
+    installMessages(&messages);
+    engine = std::make_unique<QQmlApplicationEngine>();
+    loadScreens(*engine, services(language));
+    if (engine->rootObjects().isEmpty()) {
+        throw std::runtime_error(::testing::PrintToString(messages));
+    }
+    window = qobject_cast<QQuickWindow*>(engine->rootObjects().first());
+    window->resize(width, height);
+    ASSERT_TRUE(QTest::qWaitForWindowExposed(window));
+    window->requestActivate();
+    models = window->property("models").value<ScreenModels*>();
+    drainEvents();
+    settle();
+}
+
+void ScreensTest::settle() {
+    QElapsedTimer time;
+    time.start();
+    waitUntil([&] { return time.elapsed() > 400; });
+}
+
+void ScreensTest::shoot(const std::string& name) {
+    const QString shots = qEnvironmentVariable("ONDAVIA_SHOTS");
+    if (!shots.isEmpty()) {
+        settle();
+        const QString suffix = QStringLiteral("-%1x%2").arg(window->width()).arg(window->height());
+        EXPECT_TRUE(window->grabWindow().save(shots + QLatin1Char('/') + QString::fromStdString(name) +
+                                              suffix + QStringLiteral(".png")));
+    }
+}
+
+QQuickItem* ScreensTest::find(const QString& accessible) {
+    QQuickItem* found = nullptr;
+    collect(*window->contentItem(), [&](QQuickItem& item) {
+        if (found == nullptr && item.isEnabled() && accessibleName(item) == accessible) {
+            found = &item;
+        }
+    });
+    return found;
+}
+
+void ScreensTest::click(const char* accessible) {
+    QQuickItem* item = find(QString::fromUtf8(accessible));
+    ASSERT_NE(item, nullptr) << accessible;
+    QTest::mouseClick(window, Qt::LeftButton, {},
+                      item->mapToScene(QPointF(item->width() / 2, item->height() / 2)).toPoint());
+    drainEvents();
+    settle();
+}
+
+void ScreensTest::signInWithCatalogue() {
+    const std::vector<std::string> live{"Portugal | Generalistas",
+                                        "Desporto",
+                                        "Notícias e Atualidade Internacional em Português",
+                                        "Infantil",
+                                        "Documentários",
+                                        "Música",
+                                        "Cinema e Séries",
+                                        "Regionais e Ilhas Atlânticas"};
+    const std::vector<std::string> films{"Estreias",
+                                         "Drama",
+                                         "Comédia",
+                                         "Animação e Família",
+                                         "Ficção Científica",
+                                         "Thriller e Mistério",
+                                         "Clássicos do Cinema Português"};
+    std::vector<Channel> rows;
+    std::int64_t number = 0;
+    for (const auto& group : live) {
+        for (int index = 1; index <= 23 && group != "Música"; ++index) {
+            ++number;
+            Channel channel = title(number, "live", group, group + " HD " + std::to_string(index));
+            channel.logo = index % 4 == 0 ? std::optional<std::string>() : posters.logo(number);
+            rows.push_back(std::move(channel));
+        }
+    }
+    const std::vector<std::string> names{"A Última Maré",
+                                         "O Faroleiro da Ilha de São Jorge e Outras Histórias de Mar",
+                                         "Noite em Branco",
+                                         "Linha 28",
+                                         "Sal",
+                                         "O Inverno dos Pássaros",
+                                         "Ponte Levadiça"};
+    for (const auto& group : films) {
+        for (int index = 1; index <= 40; ++index) {
+            ++number;
+            Channel channel =
+                title(number, "movie", group, names[static_cast<std::size_t>(number) % names.size()]);
+            channel.logo = index % 6 == 0 ? std::optional<std::string>() : posters.poster(number);
+            channel.rating =
+                index % 3 == 0 ? "0" : std::to_string(5 + index % 5) + "." + std::to_string(index % 10);
+            rows.push_back(std::move(channel));
+        }
+    }
+    fill(rows);
+    appState.setServer("http://tv.example");
+    appState.setUsername("ana");
+    appState.setHasCredentials(true);
+    defaults.setStringArray("ondavia_live_cat_order", live);
+    defaults.setStringArray("ondavia_vod_cat_order", films);
+    defaults.setDate("ondavia_last_sync", currentDate());
+}
+
+} // namespace ondavia::testing

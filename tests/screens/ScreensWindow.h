@@ -1,0 +1,57 @@
+#pragma once
+
+#include "Posters.h"
+#include "ScreensFixture.h"
+#include "screens/shell/ScreenModels.h"
+
+#include <QQuickItem>
+#include <QQuickWindow>
+#include <QTest>
+
+#include <gmock/gmock.h>
+
+class QQmlApplicationEngine;
+
+namespace ondavia::testing {
+
+/// Visits every visible item below and including `item`.
+void collect(QQuickItem& item, const std::function<void(QQuickItem&)>& visit);
+
+/// What an assistive program would call the item.
+[[nodiscard]] QString accessibleName(const QObject& item);
+
+/// The whole interface in a window, under whatever display there is. With ONDAVIA_SHOTS set to a folder,
+/// `shoot` leaves a picture there.
+class ScreensTest : public ScreensFixture {
+protected:
+    ScreensTest();
+    ~ScreensTest() override;
+
+    void TearDown() override { EXPECT_THAT(messages, ::testing::IsEmpty()); }
+
+    void show(int width = 1280, int height = 800, const std::string& language = "pt");
+    /// Lets every movement of the interface end.
+    void settle();
+    void shoot(const std::string& name);
+    void press(Qt::Key key) {
+        QTest::keyClick(window, key);
+        drainEvents();
+    }
+    [[nodiscard]] QQuickItem* find(const QString& accessible);
+    void click(const char* accessible);
+    [[nodiscard]] std::string focusName() const {
+        const QQuickItem* item = window->activeFocusItem();
+        return item != nullptr ? accessibleName(*item).toStdString() : std::string();
+    }
+    /// A catalogue of several categories with pictures that come from a server, and an account.
+    void signInWithCatalogue();
+
+    /// What Qt has complained about.
+    std::vector<std::string> messages;
+    Posters posters;
+    ScreenModels* models = nullptr;
+    QQuickWindow* window = nullptr;
+    std::unique_ptr<QQmlApplicationEngine> engine;
+};
+
+} // namespace ondavia::testing
