@@ -1,6 +1,7 @@
 #include "base/Redaction.h"
 
 #include <algorithm>
+#include <functional>
 #include <mutex>
 #include <vector>
 
@@ -8,6 +9,9 @@ namespace ondavia {
 namespace {
 
 constexpr std::size_t shortestSecret = 4;
+/// Stands for a secret while the masks that go by the form of a text are at work: one that was cut in two
+/// by them would not be known again. No character that any of them stops at.
+constexpr char secretMark = '\x7F';
 
 std::mutex secretsMutex;
 
@@ -98,23 +102,42 @@ std::string maskQueryValues(std::string text) {
     return text;
 }
 
-std::string maskRegistered(std::string text) {
+void replaceAll(std::string& text, std::string_view what, std::string_view replacement) {
+    for (auto at = text.find(what); at != std::string::npos; at = text.find(what, at)) {
+        text.replace(at, what.size(), replacement);
+        at += replacement.size();
+    }
+}
+
+std::string markRegistered(std::string text) {
     const std::lock_guard lock(secretsMutex);
     for (const auto& secret : secrets()) {
-        for (auto at = text.find(secret); at != std::string::npos; at = text.find(secret, at)) {
-            text.replace(at, secret.size(), maskedText);
-            at += maskedText.size();
-        }
+        replaceAll(text, secret, {&secretMark, 1});
     }
     return text;
 }
 
-std::string percentEncoded(std::string_view text) {
+std::string maskMarks(std::string text) {
+    replaceAll(text, {&secretMark, 1}, maskedText);
+    return text;
+}
+
+bool isUnreserved(char character) {
+    return isSchemeCharacter(character) || character == '_' || character == '~';
+}
+
+/// What a URL keeps as it is when it is not told what its parts mean.
+bool mayStandInURL(char character) {
+    const auto byte = static_cast<unsigned char>(character);
+    return byte > 0x20 && byte < 0x7F && std::string_view("\"<>\\^`{|}").find(character) == std::string::npos;
+}
+
+std::string percentEncoded(std::string_view text, bool (*isKept)(char)) {
     constexpr std::string_view digits = "0123456789ABCDEF";
     std::string encoded;
     for (const char character : text) {
         const auto byte = static_cast<unsigned char>(character);
-        if (isSchemeCharacter(character) || character == '_' || character == '~') {
+        if (isKept(character)) {
             encoded += character;
         } else {
             encoded += '%';
@@ -128,7 +151,8 @@ std::string percentEncoded(std::string_view text) {
 } // namespace
 
 std::string maskSecrets(std::string_view text) {
-    return maskRegistered(maskQueryValues(maskMediaPaths(maskURLs(text))));
+    const std::string marked = markRegistered(std::string(text));
+    return maskMarks(maskQueryValues(maskMediaPaths(maskURLs(marked))));
 }
 
 void registerSecret(std::string_view secret) {
@@ -136,11 +160,14 @@ void registerSecret(std::string_view secret) {
         return;
     }
     const std::lock_guard lock(secretsMutex);
-    for (std::string form : {std::string(secret), percentEncoded(secret)}) {
-        if (std::find(secrets().begin(), secrets().end(), form) == secrets().end()) {
+    for (std::string form :
+         {std::string(secret), percentEncoded(secret, isUnreserved), percentEncoded(secret, mayStandInURL)}) {
+        if (std::ranges::find(secrets(), form) == secrets().end()) {
             secrets().push_back(std::move(form));
         }
     }
+    // One may stand in another: a user name at the beginning of its password.
+    std::ranges::stable_sort(secrets(), std::greater(), &std::string::size);
 }
 
 } // namespace ondavia

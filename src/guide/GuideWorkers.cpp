@@ -15,10 +15,8 @@ GuideWorkers::~GuideWorkers() {
 QFuture<void> GuideWorkers::run(std::function<void(const std::stop_token&)> job) {
     const auto promise = std::make_shared<QPromise<void>>();
     promise->start();
-    {
-        const std::lock_guard lock(m_mutex);
-        ++m_running;
-    }
+    // Counted before it can end, under the lock; a thread that cannot be had is not counted.
+    const std::lock_guard starting(m_mutex);
     std::thread([this, promise, job = std::move(job)]() mutable {
         try {
             job(m_stop.get_token());
@@ -33,6 +31,7 @@ QFuture<void> GuideWorkers::run(std::function<void(const std::stop_token&)> job)
         --m_running;
         m_ended.notify_all();
     }).detach();
+    ++m_running;
     return promise->future();
 }
 

@@ -55,8 +55,9 @@ private:
 /// it is no fault of the server and must not start another download.
 template<class Row> class SectionIntake final {
 public:
-    /// Batches that wait for their categories at the most: about 16 MB of the server's text.
-    static constexpr std::size_t maximumWaitingBatches = 64;
+    /// Batches that wait for their categories at the most: about 128 MB of the server's text, so that
+    /// categories that are slow to come hold up only the very largest list.
+    static constexpr std::size_t maximumWaitingBatches = 512;
 
     using Normalize = std::vector<Channel> (XtreamAPIClient::*)(std::span<Row>, const std::string&,
                                                                 const CategoryMap&) const;

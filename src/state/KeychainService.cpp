@@ -26,10 +26,11 @@ void KeychainService::migrateFromUserDefaultsIfNeeded() {
 }
 
 std::optional<Credentials> KeychainService::loadCredentials() {
+    // One after the other: a keyring that does not answer keeps its caller waiting each time.
     auto server = get(serverKey);
-    auto username = get(usernameKey);
-    auto password = get(passwordKey);
-    if (!server || !username || !password) {
+    auto username = server ? get(usernameKey) : std::nullopt;
+    auto password = username ? get(passwordKey) : std::nullopt;
+    if (!password) {
         return std::nullopt;
     }
     return Credentials{std::move(*server), std::move(*username), std::move(*password)};

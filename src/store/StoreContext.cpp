@@ -94,11 +94,23 @@ void StoreContext::save() {
         change.apply(saves.at(index)->connection());
         kinds.at(index).insert(change.kind);
     }
-    for (std::size_t index = 0; index < storeFileCount; ++index) {
-        if (saves.at(index)) {
-            saves.at(index)->commit();
-            m_store.announce({kinds.at(index).begin(), kinds.at(index).end()});
+    std::vector<EntityKind> changed;
+    std::exception_ptr failure;
+    for (std::size_t index = 0; index < storeFileCount && !failure; ++index) {
+        try {
+            if (saves.at(index)) {
+                saves.at(index)->commit();
+                changed.insert(changed.end(), kinds.at(index).begin(), kinds.at(index).end());
+            }
+        } catch (const StoreError&) {
+            failure = std::current_exception();
         }
+    }
+    // Who hears of a change may have replaced files closed, so no save may be open any more.
+    saves = {};
+    m_store.announce(changed);
+    if (failure) {
+        std::rethrow_exception(failure);
     }
 }
 

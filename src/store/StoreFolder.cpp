@@ -61,6 +61,7 @@ std::optional<fs::path> StoreFolder::currentFile(StoreFile kind) const {
 }
 
 fs::path StoreFolder::createGeneration(StoreFile kind) {
+    const std::lock_guard lock(m_creating);
     fs::path file = nextGeneration(kind);
     while (!createPrivateFile(file)) {
         file = nextGeneration(kind);
@@ -113,10 +114,26 @@ fs::path StoreFolder::linkPath(StoreFile kind) const {
 
 fs::path StoreFolder::nextGeneration(StoreFile kind) const {
     const std::optional<fs::path> current = currentFile(kind);
-    const std::int64_t number = current ? (generationNumber(*current) + 1) % generationCount : 0;
+    std::int64_t number = current ? (generationNumber(*current) + 1) % generationCount : 0;
+    // Two may be in the making at once, and neither is to have the other's keys.
+    for (const std::set<std::int64_t> taken = generationNumbers(kind); taken.contains(number);) {
+        number = (number + 1) % generationCount;
+    }
     // The time keeps a name from ever coming back: a connection knows by the name alone that it is stale.
     return m_path /
            (std::string(schemaOf(kind).stem) + "-" + std::to_string(number) + "-" + timeText() + ".db");
+}
+
+std::set<std::int64_t> StoreFolder::generationNumbers(StoreFile kind) const {
+    const std::string prefix = std::string(schemaOf(kind).stem) + "-";
+    std::set<std::int64_t> numbers;
+    std::error_code error;
+    for (const fs::directory_entry& entry : fs::directory_iterator(m_path, error)) {
+        if (entry.path().filename().string().starts_with(prefix)) {
+            numbers.insert(generationNumber(entry.path()));
+        }
+    }
+    return numbers;
 }
 
 void StoreFolder::link(StoreFile kind, const fs::path& generation) const {

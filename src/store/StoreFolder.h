@@ -5,7 +5,9 @@
 
 #include <cstdint>
 #include <filesystem>
+#include <mutex>
 #include <optional>
+#include <set>
 #include <vector>
 
 namespace ondavia {
@@ -50,10 +52,13 @@ public:
 private:
     [[nodiscard]] std::filesystem::path linkPath(StoreFile kind) const;
     [[nodiscard]] std::filesystem::path nextGeneration(StoreFile kind) const;
+    /// Of every generation in the folder, published or not.
+    [[nodiscard]] std::set<std::int64_t> generationNumbers(StoreFile kind) const;
     void link(StoreFile kind, const std::filesystem::path& generation) const;
 
     std::filesystem::path m_path;
     FolderLock m_lock;
+    std::mutex m_creating;
 };
 
 /// Deletes a database file and what SQLite and the store keep beside it. The database goes first: without

@@ -137,7 +137,8 @@ std::int64_t salvage(const fs::path& damaged, const fs::path& fresh) {
         salvageTable<Playlist>(from, to);
         to.execute("COMMIT");
     } catch (const StoreError& error) {
-        AppLogger::general.error("Nothing can be read from the damaged file: %s", {error.what()});
+        AppLogger::general.error("Nothing was saved from the damaged file: %s", {error.what()});
+        return 0;
     }
     return rowCount<Favorite>(to) + rowCount<WatchHistory>(to) + rowCount<Playlist>(to);
 }

@@ -49,6 +49,21 @@ TEST(Redaction, masksRegisteredSecretsRawAndEncoded) {
     EXPECT_EQ(maskSecrets("said p&ss word twice: p%26ss%20word"), "said <redacted> twice: <redacted>");
 }
 
+TEST(Redaction, masksRegisteredSecretsWholeWhereverTheyStand) {
+    registerSecret("p&ss word");
+    EXPECT_EQ(maskSecrets("password=p&ss word&action=x"), "password=<redacted>&action=x");
+    EXPECT_EQ(maskSecrets("http://h/live/ana/p&ss word/1.ts"), "http://h/<redacted>");
+    EXPECT_EQ(maskSecrets("/live/ana/p&ss%20word/1.ts"), "/live/<redacted>/1.ts");
+    registerSecret("left/right");
+    EXPECT_EQ(maskSecrets("/live/ana/left/right/1.ts"), "/live/<redacted>/1.ts");
+}
+
+TEST(Redaction, masksASecretThatBeginsWithAnotherWhole) {
+    registerSecret("john");
+    registerSecret("john1234");
+    EXPECT_EQ(maskSecrets("refused: john1234, john"), "refused: <redacted>, <redacted>");
+}
+
 TEST(Redaction, doesNotRegisterTextsThatStandEverywhere) {
     registerSecret("1");
     EXPECT_EQ(maskSecrets("channel 11"), "channel 11");

@@ -4,7 +4,9 @@
 
 #include <fstream>
 #include <gtest/gtest.h>
+#include <sys/fsuid.h>
 #include <sys/stat.h>
+#include <unistd.h>
 
 namespace ondavia {
 namespace {
@@ -49,6 +51,43 @@ TEST_F(SettingsTest, removesAKey) {
     defaults.setString("key", "text");
     defaults.removeObjectForKey("key");
     EXPECT_EQ(JsonUserDefaults(file).stringForKey("key"), std::nullopt);
+}
+
+/// Takes the right to read `file` away from this thread as long as it lives, also from the administrator's.
+class Unreadable final {
+public:
+    explicit Unreadable(const std::filesystem::path& file)
+        : m_file(file) {
+        namespace fs = std::filesystem;
+        fs::permissions(file, fs::perms::none);
+        if (::geteuid() == 0) {
+            constexpr uid_t nobody = 65534;
+            fs::permissions(file.parent_path(), fs::perms::all);
+            ::setfsuid(nobody);
+        }
+    }
+    ~Unreadable() {
+        ::setfsuid(::geteuid());
+        std::filesystem::permissions(m_file, std::filesystem::perms::owner_all);
+    }
+    Unreadable(const Unreadable&) = delete;
+    Unreadable& operator=(const Unreadable&) = delete;
+
+private:
+    std::filesystem::path m_file;
+};
+
+TEST_F(SettingsTest, neverWritesOverAFileThatItCannotRead) {
+    JsonUserDefaults(file).setString("old", "kept");
+    testing::LogCapture log;
+    {
+        const Unreadable unreadable(file);
+        JsonUserDefaults defaults(file);
+        defaults.setString("new", "for this run");
+        EXPECT_EQ(defaults.stringForKey("new"), "for this run");
+    }
+    EXPECT_EQ(JsonUserDefaults(file).stringForKey("old"), "kept");
+    EXPECT_EQ(log.records().size(), 2U) << "what could not be read, and what could not be written";
 }
 
 TEST_F(SettingsTest, isReadableByItsOwnerOnly) {

@@ -136,8 +136,26 @@ TEST_F(ReplacementTest, OneOfTwoSideBySideSurvivesWhole) {
     second.append(0, makeChannels(1, 200, "second"));
     second.commit();
     EXPECT_EQ(groups(), "second:200 ");
+    const auto keys = m_context.fetchKeys<Channel>();
     first.commit();
     EXPECT_EQ(groups(), "first:100 ");
+    for (const std::int64_t key : keys) {
+        EXPECT_FALSE(m_context.fetchByKey<Channel>(key)) << "a list of the other one shows nothing";
+    }
+}
+
+TEST_F(ReplacementTest, BegunByWhoHearsOfASaveFindsNoneOpen) {
+    bool isReplaced = false;
+    QObject::connect(m_store.get(), &LibraryStore::changed, m_store.get(), [&](EntityKind kind) {
+        if (kind == EntityKind::Favorite && !std::exchange(isReplaced, true)) {
+            replaceAll(*m_store, makeChannels(1, 10, "replaced"));
+        }
+    });
+    m_context.insert(Favorite("main", "main_1"));
+    m_context.insert(makeChannels(500, 1, "single").front());
+    m_context.save();
+    EXPECT_EQ(groups(), "replaced:10 ");
+    EXPECT_EQ(m_context.count<Favorite>(), 1);
 }
 
 TEST_F(ReplacementTest, LeavesTheUsersRowsAndTheOtherKindAlone) {

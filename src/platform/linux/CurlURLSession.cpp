@@ -24,16 +24,15 @@ public:
     }
 
     void start(std::function<void(const std::atomic_bool& stop)> work) {
-        {
-            const std::lock_guard lock(m_mutex);
-            ++m_running;
-        }
+        // Counted before it can end, under the lock; a thread that cannot be had is not counted.
+        const std::lock_guard starting(m_mutex);
         std::thread([this, work = std::move(work)] {
             work(m_stop);
             const std::lock_guard lock(m_mutex);
             --m_running;
             m_ended.notify_all();
         }).detach();
+        ++m_running;
     }
 
     void end() {

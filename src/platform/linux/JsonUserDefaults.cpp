@@ -11,6 +11,7 @@
 #include <cmath>
 #include <functional>
 #include <sys/stat.h>
+#include <utility>
 
 namespace ondavia {
 namespace {
@@ -111,6 +112,10 @@ void JsonUserDefaults::change(const std::function<void(QJsonObject&)>& edit) {
     }
     readIfChanged();
     edit(m_values);
+    if (m_isUnread) {
+        AppLogger::general.error("settings: not written over a file that cannot be read");
+        return;
+    }
     QSaveFile file(QString::fromStdString(m_file.string()));
     const bool written = file.open(QIODevice::WriteOnly) &&
                          file.setPermissions(QFileDevice::ReadOwner | QFileDevice::WriteOwner) &&
@@ -124,7 +129,7 @@ void JsonUserDefaults::change(const std::function<void(QJsonObject&)>& edit) {
 
 void JsonUserDefaults::readIfChanged() const {
     const auto stamp = stampOf(m_file);
-    if (stamp != m_stamp) {
+    if (stamp != m_stamp || m_isUnread) {
         m_stamp = stamp;
         read();
     }
@@ -132,12 +137,16 @@ void JsonUserDefaults::readIfChanged() const {
 
 void JsonUserDefaults::read() const {
     QFile file(QString::fromStdString(m_file.string()));
+    const bool wasUnread = std::exchange(m_isUnread, false);
     if (!file.exists()) {
         m_values = {};
         return;
     }
     if (!file.open(QIODevice::ReadOnly)) {
-        AppLogger::general.error("settings: cannot be read: %s", {file.errorString().toStdString()});
+        m_isUnread = true;
+        if (!wasUnread) {
+            AppLogger::general.error("settings: cannot be read: %s", {file.errorString().toStdString()});
+        }
         return;
     }
     const QJsonDocument document = QJsonDocument::fromJson(file.readAll());

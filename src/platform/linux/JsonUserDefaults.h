@@ -38,6 +38,8 @@ private:
     std::filesystem::path m_file;
     mutable QJsonObject m_values;
     mutable std::pair<std::uint64_t, std::int64_t> m_stamp{};
+    /// The file is there and cannot be opened: what it holds must not be written over.
+    mutable bool m_isUnread = false;
 };
 
 } // namespace ondavia
