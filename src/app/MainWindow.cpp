@@ -11,8 +11,11 @@ namespace ondavia {
 
 MainWindow::MainWindow(Services& services, const std::string& language)
     : m_content(services.syncEnvironment(), services.guideEnvironment()) {
+    // While the window is made, which takes longer.
+    services.catalogue.prefetch();
     loadScreens(m_engine, {.appState = services.appState,
                            .store = *services.store,
+                           .catalogue = services.catalogue,
                            .playerManager = services.playerManager,
                            .defaults = *services.defaults,
                            .keychain = services.keychain,

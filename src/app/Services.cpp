@@ -22,6 +22,7 @@ Services::Services(MpvOutputs outputs)
     , makeSession(
           [](const URLSessionConfiguration& configuration) { return makeCurlURLSession(configuration); })
     , store(LibraryStore::open(folders.store))
+    , catalogue(*store)
     , network(makeQtPathMonitor())
     , playerManager(makeMpvPlayerFactory(notifications, outputs), notifications, *scheduler, *audioSession)
     , keychain(*secItems, *defaults)
@@ -38,7 +39,7 @@ Services::~Services() {
 }
 
 SyncEnvironment Services::syncEnvironment() {
-    return {*store, appState, *defaults, network, *scheduler};
+    return {*store, catalogue, appState, *defaults, network, *scheduler};
 }
 
 GuideEnvironment Services::guideEnvironment() {

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "guide/EPGService.h"
+#include "library/CatalogueSummary.h"
 #include "library/DataSyncService.h"
 #include "library/NetworkMonitor.h"
 #include "platform/AVAudioSession.h"
@@ -43,6 +44,7 @@ public:
     std::unique_ptr<IdleInhibitor> idleInhibitor;
     URLSessionFactory makeSession;
     std::unique_ptr<LibraryStore> store;
+    CatalogueSummary catalogue;
     /// After the store, and so gone before it.
     GuideWorkers guideWorkers;
     NetworkMonitor network;

@@ -1,6 +1,7 @@
 #include "guide/XMLTVParser.h"
 
 #include "base/Text.h"
+#include "guide/RandomUUID.h"
 
 namespace ondavia {
 namespace {
@@ -92,7 +93,7 @@ void XMLTVParser::endProgramme() {
     if (!m_currentStart || !m_currentStop || m_currentTitle.empty()) {
         return;
     }
-    m_programs.push_back({m_ids.next(), m_currentChannelId,
+    m_programs.push_back({randomUUID(), m_currentChannelId,
                           std::string(trimmedWhitespaceAndNewlines(m_currentTitle)),
                           trimmedUnlessEmpty(m_currentDesc), *m_currentStart, *m_currentStop,
                           trimmedUnlessEmpty(m_currentCategory)});

@@ -1,7 +1,6 @@
 #pragma once
 
 #include "entities/EPGProgram.h"
-#include "guide/UUIDSource.h"
 #include "guide/XMLSource.h"
 #include "guide/XMLTVDateFormatter.h"
 
@@ -52,7 +51,6 @@ private:
 
     std::function<void(std::vector<EPGProgram>&&)> m_onPrograms;
     XMLTVDateFormatter m_dateFormatter;
-    UUIDSource m_ids;
     std::vector<EPGProgram> m_programs;
     std::size_t m_programBytes = 0;
     std::size_t m_programCount = 0;

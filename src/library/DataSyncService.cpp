@@ -1,6 +1,7 @@
 #include "library/DataSyncService.h"
 
 #include "library/CatalogueIntake.h"
+#include "library/CatalogueSummary.h"
 #include "library/FetchWithRetry.h"
 #include "library/NetworkMonitor.h"
 #include "library/SyncError.h"
@@ -8,7 +9,6 @@
 #include "platform/UserDefaults.h"
 #include "store/LibraryStore.h"
 
-#include <map>
 #include <qcoro/qcorofuture.h>
 
 namespace ondavia {
@@ -182,21 +182,19 @@ QCoro::Task<void> DataSyncService::carryOut(std::shared_ptr<Run> run) {
 }
 
 bool publishStoredTotals(const SyncEnvironment& environment) {
-    std::map<std::string, std::int64_t> counts;
+    auto& [store, catalogue, appState, defaults, network, scheduler] = environment;
     try {
-        for (auto& [type, rows] : environment.store.mainContext().countsBy(&Channel::type)) {
-            counts[type] = rows;
+        if (store.mainContext().count<Channel>() == 0) {
+            return false;
         }
+        appState.setTotalLive(catalogue.count("live"));
+        appState.setTotalMovies(catalogue.count("movie"));
+        appState.setTotalSeries(catalogue.count("series"));
+        return true;
     } catch (const StoreError& error) {
         AppLogger::general.error("catalogue: cannot be counted: %s", {error.what()});
-    }
-    if (counts.empty()) {
         return false;
     }
-    environment.appState.setTotalLive(counts["live"]);
-    environment.appState.setTotalMovies(counts["movie"]);
-    environment.appState.setTotalSeries(counts["series"]);
-    return true;
 }
 
 /// Without a network path the rows that are there must do; without rows there is nothing to show.
@@ -212,7 +210,7 @@ void DataSyncService::useCachedCatalogue() {
 
 /// Starts the six downloads at once and waits for all of them.
 QCoro::Task<void> DataSyncService::download(std::shared_ptr<Run> run) {
-    auto& [store, appState, defaults, network, scheduler] = m_environment;
+    auto& [store, catalogue, appState, defaults, network, scheduler] = m_environment;
     auto liveCategories =
         fetchCategories(m_client, "get_live_categories", run, run->live, appState, scheduler);
     auto vodCategories =

@@ -9,6 +9,7 @@
 namespace ondavia {
 
 class AppState;
+class CatalogueSummary;
 class LibraryStore;
 class NetworkMonitor;
 class Scheduler;
@@ -18,6 +19,7 @@ class XtreamAPIClient;
 /// What a synchronisation works with besides its client; all of it must outlive the run.
 struct SyncEnvironment final {
     LibraryStore& store;
+    CatalogueSummary& catalogue;
     AppState& appState;
     UserDefaults& defaults;
     const NetworkMonitor& network;

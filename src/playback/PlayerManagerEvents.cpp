@@ -12,11 +12,31 @@ namespace {
 
 constexpr double longestRetryDelay = 10.0;
 
+/// Of any width and sign. Flags are none.
+bool isInteger(const QVariant& value) {
+    switch (value.typeId()) {
+    case QMetaType::Int:
+    case QMetaType::UInt:
+    case QMetaType::Long:
+    case QMetaType::ULong:
+    case QMetaType::LongLong:
+    case QMetaType::ULongLong:
+    case QMetaType::Short:
+    case QMetaType::UShort:
+    case QMetaType::Char:
+    case QMetaType::SChar:
+    case QMetaType::UChar:
+        return true;
+    default:
+        return false;
+    }
+}
+
 /// The integer under the reason's key; -1 when there is none.
-int finishReason(const Notification& notification) {
+std::int64_t finishReason(const Notification& notification) {
     const QVariant reason =
         notification.userInfo.value(QString::fromLatin1(FSPlayerDidFinishReasonUserInfoKey));
-    return reason.typeId() == QMetaType::Int ? reason.toInt() : -1;
+    return isInteger(reason) ? reason.toLongLong() : -1;
 }
 
 /// Plays, after the delay, whatever is the current item then.
@@ -80,7 +100,7 @@ void PlayerManager::loadStateChanged(const Notification& /*notification*/) {
 }
 
 void PlayerManager::playbackDidFinish(const Notification& notification) {
-    if (finishReason(notification) == static_cast<int>(FSFinishReason::PlaybackError)) {
+    if (finishReason(notification) == static_cast<std::int64_t>(FSFinishReason::PlaybackError)) {
         handlePlaybackError();
     } else {
         setIsPlaying(false);

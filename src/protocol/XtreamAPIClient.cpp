@@ -3,12 +3,10 @@
 #include "base/AppLogger.h"
 #include "base/Redaction.h"
 #include "base/Text.h"
-#include "platform/PoolWork.h"
 #include "protocol/wire/Decoding.h"
 #include "protocol/wire/ListDecoder.h"
 
 #include <QUrl>
-#include <qcoro/qcorofuture.h>
 
 namespace ondavia {
 namespace {
@@ -47,6 +45,32 @@ void requireSuccess(std::optional<int> statusCode) {
     }
 }
 
+/// Collects a whole reply and decodes it on the transfer's thread.
+template<class Reply> class ReplyReader final : public URLBodyReader {
+public:
+    explicit ReplyReader(std::string action)
+        : m_action(std::move(action)) {}
+
+    void begin(std::optional<int> statusCode) override { requireSuccess(statusCode); }
+    void receive(std::string_view bytes) override {
+        requireReplyWithinBound(m_body.size() + bytes.size(), m_action);
+        m_body += bytes;
+    }
+    void finish() override {
+        const bool isEmptyList = isList<Reply> && m_body.size() < RowSplitter::shortestText;
+        if (!isEmptyList) {
+            m_reply = decodeReply<Reply>(m_body, m_action);
+        }
+    }
+
+    [[nodiscard]] Reply takeReply() { return std::move(m_reply); }
+
+private:
+    std::string m_action;
+    std::string m_body;
+    Reply m_reply;
+};
+
 /// Decodes a stream list on the transfer's thread.
 template<class Row> class RowReader final : public URLBodyReader {
 public:
@@ -78,18 +102,9 @@ XtreamAPIClient::XtreamAPIClient(std::string_view server, std::string username, 
 
 template<class Reply> QCoro::Task<Reply> XtreamAPIClient::fetch(std::string url, std::string action) {
     const auto alive = shared_from_this();
-    URLResponse response = co_await m_session->data(requiredURL(url));
-    requireSuccess(response.statusCode);
-    if constexpr (isList<Reply>) {
-        if (response.body.size() < RowSplitter::shortestText) {
-            co_return Reply();
-        }
-    }
-    const auto decode = [body = std::move(response.body), action = std::move(action)] {
-        return decodeReply<Reply>(body, action);
-    };
-    const QFuture<Reply> decoding = runOnPool(decode);
-    co_return co_await decoding;
+    const auto reader = std::make_shared<ReplyReader<Reply>>(std::move(action));
+    co_await m_session->stream(requiredURL(url), reader);
+    co_return reader->takeReply();
 }
 
 QCoro::Task<XtreamAuthResponse> XtreamAPIClient::authenticate() {

@@ -31,8 +31,8 @@ using CategoryMap = std::unordered_map<std::string, std::string>;
 /// brought back, and it retries nothing.
 ///
 /// Owned through a shared pointer: each task keeps its client alive. Tasks are awaited on the main
-/// thread and resume there; decoding runs on the thread pool. The URL builders and the normalisation may
-/// be called from any thread, at any time.
+/// thread and resume there; decoding runs on the transfer's thread. The URL builders and the normalisation
+/// may be called from any thread, at any time.
 ///
 /// Every task raises XtreamError for a text that is no URL and for a status outside 200...299, URLError
 /// for the transport, DecodingError for a body that isn't the expected JSON.

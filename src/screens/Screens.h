@@ -11,6 +11,7 @@ class QQmlEngine;
 namespace ondavia {
 
 class AppState;
+class CatalogueSummary;
 class ContentViewModel;
 class KeychainService;
 class LibraryStore;
@@ -22,6 +23,7 @@ class UserDefaults;
 struct ScreenServices final {
     AppState& appState;
     LibraryStore& store;
+    CatalogueSummary& catalogue;
     PlayerManager& playerManager;
     UserDefaults& defaults;
     KeychainService& keychain;

@@ -61,6 +61,42 @@ TEST(EngineFaults, WholeMovieOverTheNetworkEndsWell) {
     EXPECT_FALSE(engine.has("finish:1"));
 }
 
+TEST(EngineFaults, WholeMovieOfUnknownSizeEndsWell) {
+    const MediaServer server;
+    for (const char* name : {"film.mp4", "tracks.mkv"}) {
+        Engine engine(MpvOutputs::Null, server.url("/whole/" + std::string(name)));
+        engine->setPlaybackRate(4);
+        engine->prepareToPlay();
+        ASSERT_TRUE(engine.await("state:1")) << name;
+        EXPECT_NEAR(engine->duration(), 12, 0.3) << name;
+        const int requests = server.requests();
+        EXPECT_TRUE(engine.await("finish:0")) << name;
+        EXPECT_FALSE(engine.has("finish:1")) << name;
+        EXPECT_EQ(server.requests(), requests) << name;
+    }
+}
+
+TEST(EngineFaults, MovieOfUnknownSizeCutInTheMiddleIsAnError) {
+    const MediaServer server;
+    Engine engine(MpvOutputs::Null, server.url("/broken/film.mp4"));
+    engine->setPlaybackRate(4);
+    engine->prepareToPlay();
+    ASSERT_TRUE(engine.await("finish:1"));
+    EXPECT_FALSE(engine.has("finish:0"));
+    EXPECT_GT(engine->currentPlaybackTime(), 1);
+    EXPECT_LT(engine->currentPlaybackTime(), 8);
+}
+
+TEST(EngineFaults, ChannelOfMovieFragmentsThatClosesIsAnError) {
+    const MediaServer server;
+    Engine engine(MpvOutputs::Null, server.url("/short/fragments.mp4"));
+    engine->prepareToPlay();
+    ASSERT_TRUE(engine.await("state:1"));
+    EXPECT_TRUE(waitUntil([&] { return engine->duration() == 0; }));
+    EXPECT_TRUE(engine.await("finish:1"));
+    EXPECT_FALSE(engine.has("finish:0"));
+}
+
 TEST(EngineFaults, ChannelThatClosesIsAnError) {
     const MediaServer server;
     Engine engine(MpvOutputs::Null, server.url("/short/film.ts"));

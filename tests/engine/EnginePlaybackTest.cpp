@@ -2,6 +2,7 @@
 
 #include <gmock/gmock.h>
 
+#include <algorithm>
 #include <cmath>
 
 namespace ondavia::testing {
@@ -35,6 +36,9 @@ TEST(EnginePlayback, IsPreparedThenShowsAFrameThenPlays) {
     ASSERT_TRUE(engine.await("state:1"));
     EXPECT_LT(engine.indexOf("prepared"), engine.indexOf("firstFrame"));
     EXPECT_LT(engine.indexOf("firstFrame"), engine.indexOf("state:1"));
+    const auto isLoadState = [](const std::string& event) { return event.starts_with("load:"); };
+    const auto firstLoadState = std::ranges::find_if(engine.events(), isLoadState);
+    EXPECT_LT(engine.indexOf("state:1"), firstLoadState - engine.events().begin());
     EXPECT_TRUE(engine->isPlaying());
     EXPECT_TRUE((engine->loadState() & FSLoadStatePlayable) != 0);
     EXPECT_NEAR(engine->duration(), 12, 0.3);
@@ -192,6 +196,20 @@ TEST(EnginePlayback, LiveChannelHasNoDuration) {
     engine->prepareToPlay();
     ASSERT_TRUE(engine.awaitPosition(1));
     EXPECT_EQ(engine->duration(), 0);
+}
+
+TEST(EnginePlayback, LiveChannelPlaysOnAfterASeek) {
+    const MediaServer server;
+    Engine engine(MpvOutputs::Null, server.url("/live/user/word/film.ts"));
+    engine->prepareToPlay();
+    ASSERT_TRUE(engine.awaitPosition(1));
+    engine->setCurrentPlaybackTime(3600);
+    const double from = engine->currentPlaybackTime();
+    EXPECT_TRUE(engine.awaitPosition(from + 2));
+    EXPECT_LT(engine->currentPlaybackTime(), 12);
+    EXPECT_TRUE(engine->isPlaying());
+    EXPECT_FALSE(engine.has("finish:0"));
+    EXPECT_FALSE(engine.has("finish:1"));
 }
 
 } // namespace

@@ -8,6 +8,7 @@ namespace {
 
 using ::testing::ElementsAre;
 using ::testing::IsEmpty;
+using ::testing::StrEq;
 
 TEST(EngineOptions, SystemsOptionsBecomeMpvs) {
     FSOptions options;
@@ -65,6 +66,12 @@ TEST(EngineModel, DurationStandsForFilesAndSeekableStreamsOnly) {
     EXPECT_EQ(durationOf(state), 90) << "a file on a server without ranges";
     state.fileFormat = "hls";
     EXPECT_EQ(durationOf(state), 0);
+    state.statedDuration = 0;
+    EXPECT_EQ(durationOf(state), 0);
+    state.statedDuration = 89;
+    EXPECT_EQ(durationOf(state), 90) << "the container says how long it is";
+    state.reportedDuration = 91;
+    EXPECT_EQ(durationOf(state), 0) << "it was wrong";
 }
 
 TEST(EngineModel, StatesFollowStageAndReports) {
@@ -95,6 +102,19 @@ TEST(EngineModel, LoadStateTellsStallsApart) {
     EXPECT_EQ(loadStateOf(Stage::Started, state), FSLoadStatePlayable | FSLoadStatePlaythroughOK);
     state.cachedSeconds = 0;
     EXPECT_EQ(loadStateOf(Stage::Started, state), FSLoadStateStalled);
+}
+
+TEST(EngineModel, AStallIsToldOfAfterTheStateThatWouldEndIt) {
+    const auto playback = StrEq(FSPlayerPlaybackStateDidChangeNotification);
+    const auto load = StrEq(FSPlayerLoadStateDidChangeNotification);
+    using enum FSPlaybackState;
+    EXPECT_THAT(stateNotifications(true, Playing, true, FSLoadStateStalled), ElementsAre(playback, load));
+    EXPECT_THAT(stateNotifications(true, Playing, false, FSLoadStateStalled), ElementsAre(playback, load))
+        << "a seek ends, the stall goes on";
+    EXPECT_THAT(stateNotifications(true, Playing, false, FSLoadStatePlayable), ElementsAre(playback));
+    EXPECT_THAT(stateNotifications(true, Paused, false, FSLoadStateStalled), ElementsAre(playback));
+    EXPECT_THAT(stateNotifications(false, Playing, true, FSLoadStatePlayable), ElementsAre(load));
+    EXPECT_THAT(stateNotifications(false, Playing, false, FSLoadStateStalled), IsEmpty());
 }
 
 TEST(EngineModel, VolumeIsAGainForTheCaller) {

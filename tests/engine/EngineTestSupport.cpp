@@ -44,6 +44,7 @@ Media makeMedia(const std::filesystem::path& folder) {
                             "-metadata:s:a:0 language=por -metadata:s:a:1 language=eng -metadata:s:s:0 "
                             "language=por -metadata:s:s:0 title=Forced tracks.mkv"));
     runFfmpeg(folder, words("-i film.ts -map 0:a -c copy radio.ts"));
+    runFfmpeg(folder, words("-i film.mp4 -c copy -movflags +frag_keyframe+empty_moov fragments.mp4"));
     const auto file = [&folder](const char* name) { return "file://" + (folder / name).string(); };
     return {file("film.ts"),  file("film.mp4"),    file("tracks.mkv"),
             file("radio.ts"), file("legenda.srt"), folder};
@@ -92,6 +93,26 @@ MediaServer::MediaServer() {
                 return offset < limit && sink.write(body->data() + offset,
                                                     std::min({length, limit - offset, std::size_t{65536}}));
             });
+    });
+    const auto chunked = [folder](const std::string& name, double share, httplib::Response& response) {
+        const auto body = std::make_shared<std::string>(bytesOf(folder / name));
+        const auto end = static_cast<std::size_t>(static_cast<double>(body->size()) * share);
+        const bool isWhole = end == body->size();
+        response.set_chunked_content_provider("video/mp4", [=](std::size_t offset, httplib::DataSink& sink) {
+            if (offset >= end && isWhole) {
+                sink.done();
+            }
+            if (offset >= end) {
+                return isWhole;
+            }
+            return sink.write(body->data() + offset, std::min<std::size_t>(end - offset, 65536));
+        });
+    };
+    m_server.Get(R"(/whole/([a-z.0-9]+))", [chunked](const auto& request, auto& response) {
+        chunked(request.matches[1].str(), 1, response);
+    });
+    m_server.Get(R"(/broken/([a-z.0-9]+))", [chunked](const auto& request, auto& response) {
+        chunked(request.matches[1].str(), 0.4, response);
     });
     const auto paced = [this, folder](const std::string& name, double seconds, httplib::Response& response) {
         const auto body = std::make_shared<std::string>(bytesOf(folder / name));

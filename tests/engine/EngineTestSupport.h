@@ -39,6 +39,8 @@ struct Media final {
 ///
 /// /file/<any>/<any>/<name>  a file of Media, with ranges
 /// /cut/<name>               announces the whole file, sends 40 % of it, closes
+/// /whole/<name>             the whole file, without a length and without ranges
+/// /broken/<name>            as /whole, but closed after 40 %
 /// /live/<any>/<any>/<name>  the file at its own pace, without a length; closes at its end
 /// /short/<name>             as /live, closed after three seconds
 /// /page                     HTML with status 200

@@ -4,6 +4,7 @@
 
 #include <fstream>
 #include <future>
+#include <map>
 
 namespace ondavia::testing {
 namespace {
@@ -15,10 +16,25 @@ const std::string twoProgrammes = programme("<title>A</title>") + programme("<ti
 
 class GuideLoad : public GuideTest {
 protected:
+    /// The guide stays, and who has to be told of the failure is told by its error alone.
     void expectOldGuideAfter(const std::function<void()>& failing) {
         storeOldGuide();
+        const LogCapture log;
         failing();
         EXPECT_THAT(titles(), ElementsAre("old"));
+        EXPECT_EQ(log.text(), "");
+    }
+    /// The titles in the order in which the rows were inserted.
+    std::vector<std::string> titlesByKey() {
+        std::map<std::int64_t, std::string> byKey;
+        for (const auto& row : store->mainContext().fetchMembers<EPGProgram>({}, &EPGProgram::title)) {
+            byKey.emplace(row.key, std::get<0>(row.members));
+        }
+        std::vector<std::string> inOrder;
+        for (const auto& [key, title] : byKey) {
+            inOrder.push_back(title);
+        }
+        return inOrder;
     }
     /// Announces `length` bytes, sends `body` and hangs up.
     void serveCut(std::string body, std::size_t length) {
@@ -41,6 +57,25 @@ TEST_F(GuideLoad, ReplacesTheWholeGuideInDocumentOrder) {
     EXPECT_EQ(service().getCurrentProgram("elsewhere", utc(2024, 1, 15, 12, 30))->title, "B");
     load();
     EXPECT_THAT(titles(), ElementsAre("A", "B"));
+}
+
+TEST_F(GuideLoad, StoresTheRowsInDocumentOrder) {
+    // Against the order of their times and channels, over several batches of the parser.
+    constexpr int count = 1200;
+    std::string body;
+    std::vector<std::string> inOrder;
+    for (int number = 0; number < count; ++number) {
+        const int minute = count - 1 - number;
+        const std::string clock = std::to_string(10'000 + minute / 60 * 100 + minute % 60).substr(1);
+        const std::string title = std::to_string(number);
+        body += "<programme start=\"20240115" + clock +
+                "00 +0000\" stop=\"20240116000000 +0000\" channel=\"c" + std::to_string(minute % 7) +
+                "\"><title>" + title + "</title></programme>\n";
+        inOrder.push_back(title);
+    }
+    serve(xmltv(body));
+    load();
+    EXPECT_EQ(titlesByKey(), inOrder);
 }
 
 TEST_F(GuideLoad, OfATextThatIsNoURLChangesNothing) {
@@ -125,8 +160,10 @@ TEST_F(GuideLoad, RaisesAFailureOfTheStoreAndLeavesTheGuide) {
         body += programme("<title>A title of some length, so that the file grows</title>");
     }
     serve(xmltv(body));
+    const LogCapture log;
     EXPECT_THROW(load(), StoreError);
     EXPECT_THAT(titles(), ElementsAre("old"));
+    EXPECT_EQ(log.text(), "");
 }
 
 TEST_F(GuideLoad, RaisesWhenTheDownloadCannotBeKept) {

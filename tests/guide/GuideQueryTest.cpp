@@ -136,6 +136,18 @@ TEST_F(ShortGuideLoad, AddsTheListingsToTheChannelOfTheCaller) {
     EXPECT_EQ(programs.back().category, std::nullopt);
 }
 
+TEST_F(ShortGuideLoad, LeavesAnAbsentDescriptionAbsent) {
+    const std::string times = R"("start":"2024-01-15 14:00:00","end":"2024-01-15 14:30:00")";
+    const std::string later = R"("start":"2024-01-15 15:00:00","end":"2024-01-15 15:30:00")";
+    serveListings(R"({"title":"Sem texto",)" + times + R"(},{"title":"Com texto","description":"",)" + later +
+                  "}");
+    loadShortGuide();
+    const auto programs = service().getProgramsForChannel("c1", utc(2024, 1, 15));
+    ASSERT_THAT(titlesOf(programs), ElementsAre("Sem texto", "Com texto"));
+    EXPECT_EQ(programs[0].desc, std::nullopt);
+    EXPECT_EQ(programs[1].desc, "");
+}
+
 TEST_F(ShortGuideLoad, AddsNothingTheSecondTime) {
     serveListings(listing("VGFyZGU=", "14") + "," + listing("Noite inteira", "21"));
     loadShortGuide();
@@ -169,7 +181,10 @@ TEST_F(ShortGuideLoad, SwallowsAFailedRequest) {
 TEST_F(ShortGuideLoad, SwallowsAFailedSave) {
     serveListings(listing("VGFyZGU=", "14"));
     std::filesystem::remove_all(folder.path() / "store");
+    const LogCapture log;
     EXPECT_NO_THROW(loadShortGuide());
+    EXPECT_EQ(streamId, "77") << "the listings were there to be saved";
+    EXPECT_EQ(log.text(), "");
 }
 
 TEST_F(ShortGuideLoad, IsDeletedByAFullLoad) {

@@ -56,6 +56,9 @@ TEST_F(DataSyncServiceTest, ShowsItsProgressInOrder) {
     EXPECT_EQ(seriesOrderWhenProcessing, std::vector<std::string>{"Long"});
     EXPECT_EQ(savedOrder(DataSyncService::liveOrderKey), (std::vector<std::string>{"News", "Sport"}));
     EXPECT_EQ(savedOrder(DataSyncService::vodOrderKey), std::vector<std::string>{"Drama"});
+    EXPECT_THAT(appState.liveCategories(),
+                ElementsAre(CategoryItem{"1", "News", 0}, CategoryItem{"2", "Sport", 0}))
+        << "the browsers count for themselves";
     EXPECT_TRUE(scheduler.requestedSleeps().empty());
 }
 
@@ -65,6 +68,11 @@ TEST_F(DataSyncServiceTest, ReplacesTheWholeCatalogueAndLeavesTheRestAlone) {
     const WatchHistory watched("main", "main_10", 30, 60, "movie");
     EPGProgram programme;
     programme.id = "p";
+    Channel opened;
+    opened.id = "main_10";
+    opened.addedAt = Date(std::chrono::seconds(1'000'000'000));
+    opened.lastAccessedAt = opened.addedAt;
+    store->mainContext().insert(opened);
     store->mainContext().insert(favourite);
     store->mainContext().insert(watched);
     store->mainContext().insert(programme);
@@ -84,6 +92,26 @@ TEST_F(DataSyncServiceTest, ReplacesTheWholeCatalogueAndLeavesTheRestAlone) {
     ASSERT_TRUE(movie);
     EXPECT_EQ(movie->groupTitle, "Drama");
     EXPECT_EQ(movie->playlistId, "main");
+}
+
+TEST_F(DataSyncServiceTest, AFavouriteFindsItsItemAgainInTheNextCatalogue) {
+    const auto favourite = [this] {
+        const auto kept = store->mainContext().fetchFirst<Favorite>();
+        return store->mainContext().fetchFirst<Channel>({.where = field(&Channel::id) == kept->channelId});
+    };
+    scriptSmallCatalogue();
+    sync();
+    const auto film =
+        store->mainContext().fetchFirst<Channel>({.where = field(&Channel::name) == "Movie 11"});
+    ASSERT_TRUE(film);
+    store->mainContext().insert(Favorite("main", film->id));
+    store->mainContext().save();
+    // Elsewhere in the list, and under another name.
+    provider.script("get_vod_streams",
+                    {body(R"([{"num":1,"name":"Renamed","stream_id":11,"category_id":"9"}])")});
+    sync();
+    ASSERT_TRUE(favourite());
+    EXPECT_EQ(favourite()->name, "Renamed");
 }
 
 TEST_F(DataSyncServiceTest, MakesThePlaylistOnceAndKeepsTheDayItCame) {
@@ -163,7 +191,10 @@ TEST_F(DataSyncServiceTest, TheSeriesToastIsTheLastWhenBothAreMissing) {
 TEST_F(DataSyncServiceTest, ACategoryListThatFailedLeavesItsRowsWithoutCategory) {
     scriptSmallCatalogue();
     provider.script("get_vod_categories", {failure()});
+    appState.setToastType(ToastType::error);
     sync();
+    EXPECT_THAT(journal.starting("toast"), ElementsAre(genericToast));
+    EXPECT_EQ(appState.toastType(), ToastType::warning);
     EXPECT_THAT(store->mainContext().distinct(&Channel::groupTitle, field(&Channel::type) == "movie"),
                 ElementsAre("Sem Categoria"));
     EXPECT_TRUE(appState.vodCategories().empty());

@@ -36,6 +36,19 @@ TEST_F(NetworkMonitorTest, AChangeShowsOnceTheMainThreadHasTakenItOver) {
     EXPECT_TRUE(monitor->isExpensive());
 }
 
+TEST_F(NetworkMonitorTest, FollowsThePathBack) {
+    report({.satisfied = false, .isExpensive = true});
+    drainEvents();
+    report({.satisfied = true, .isExpensive = true});
+    drainEvents();
+    EXPECT_TRUE(monitor->isConnected());
+    EXPECT_TRUE(monitor->isExpensive());
+    report({.satisfied = true, .isExpensive = false});
+    drainEvents();
+    EXPECT_TRUE(monitor->isConnected());
+    EXPECT_FALSE(monitor->isExpensive());
+}
+
 TEST_F(NetworkMonitorTest, TellsItsObserversOnTheMainThreadConnectionFirst) {
     std::vector<std::string> told;
     QObject::connect(monitor.get(), &NetworkMonitor::isConnectedChanged, monitor.get(), [&] {

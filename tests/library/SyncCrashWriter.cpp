@@ -1,3 +1,4 @@
+#include "library/CatalogueSummary.h"
 #include "library/DataSyncService.h"
 #include "library/NetworkMonitor.h"
 #include "platform/AVAudioSession.h"
@@ -56,7 +57,8 @@ int runSynchronisations(const QCoreApplication& application, LibraryStore& store
     KeychainService keychain(*items, defaults);
     AppState appState(keychain, playerManager, makeCurlURLSession);
     const NetworkMonitor network(makeQtPathMonitor());
-    const auto running = synchroniseForEver({store, appState, defaults, network, *scheduler}, url);
+    CatalogueSummary catalogue(store);
+    const auto running = synchroniseForEver({store, catalogue, appState, defaults, network, *scheduler}, url);
     return application.exec();
 }
 

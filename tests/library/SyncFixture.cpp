@@ -60,7 +60,8 @@ SyncFixture::SyncFixture(const StoreOptions& options)
               return std::make_shared<FakePlayer>(content, engineOptions, engineJournal, notifications);
           },
           notifications, scheduler, audio)
-    , store(LibraryStore::open(folder.path() / "store", options)) {
+    , store(LibraryStore::open(folder.path() / "store", options))
+    , catalogue(std::make_unique<CatalogueSummary>(*store)) {
     auto monitor = std::make_unique<ScriptedPath>();
     path = monitor.get();
     network = std::make_unique<NetworkMonitor>(std::move(monitor));
@@ -119,6 +120,7 @@ std::optional<Playlist> SyncFixture::playlist() const {
 
 SyncEnvironment SyncFixture::environment() {
     return {.store = *store,
+            .catalogue = *catalogue,
             .appState = appState,
             .defaults = defaults,
             .network = *network,

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "ScriptedProvider.h"
+#include "library/CatalogueSummary.h"
 #include "library/DataSyncService.h"
 #include "library/NetworkMonitor.h"
 #include "platform/NWPathMonitor.h"
@@ -83,6 +84,7 @@ protected:
     ScriptedPath* path = nullptr;
     std::unique_ptr<NetworkMonitor> network;
     std::unique_ptr<LibraryStore> store;
+    std::unique_ptr<CatalogueSummary> catalogue;
     StateJournal journal{appState};
     QTimer leapingClock;
 };

@@ -1,4 +1,7 @@
 #include "SyncFixture.h"
+#include "library/SyncError.h"
+
+#include <SQLiteCpp/Database.h>
 
 namespace ondavia::testing {
 namespace {
@@ -52,6 +55,38 @@ TEST_F(CommitTest, ThatFailsIsRaisedAsTheStoresOwnError) {
     EXPECT_THROW(sync(), StoreError);
     EXPECT_EQ(appState.totalLive(), 0);
     EXPECT_FALSE(playlist());
+}
+
+TEST_F(CommitTest, OfThePlaylistThatFailsIsRaisedWithTheNewCatalogueInItsPlace) {
+    storeEarlierCatalogue();
+    scriptSmallCatalogue();
+    SQLite::Database(folder.path() / "store" / "user.db", SQLite::OPEN_READWRITE)
+        .exec("CREATE TRIGGER refuse BEFORE INSERT ON playlist BEGIN SELECT RAISE(ABORT, 'no'); END");
+    EXPECT_THROW(sync(), StoreError);
+    EXPECT_THAT(storedNames(), ElementsAre("Live 1", "Live 2", "Movie 10", "Movie 11", "Series 20"));
+    EXPECT_FALSE(playlist());
+    EXPECT_EQ(appState.totalMovies(), 0);
+    EXPECT_EQ(appState.loadingMessage(), "A guardar dados...");
+}
+
+using UnreadableCatalogueTest = SyncFixture;
+
+TEST_F(UnreadableCatalogueTest, CountsAsOneWithoutRowsWhenThereIsNoNetwork) {
+    storeEarlierCatalogue();
+    // Opened again, so that no file of it is open any more.
+    catalogue.reset();
+    store.reset();
+    store = LibraryStore::open(folder.path() / "store");
+    catalogue = std::make_unique<CatalogueSummary>(*store);
+    std::filesystem::remove_all(folder.path() / "store");
+    goOffline();
+    try {
+        sync();
+        ADD_FAILURE() << "nothing was raised";
+    } catch (const SyncError& error) {
+        EXPECT_EQ(error.errorCase(), SyncError::Case::noConnection);
+    }
+    EXPECT_THAT(journal.starting("toast"), IsEmpty());
 }
 
 } // namespace

@@ -87,8 +87,9 @@ TEST_F(EngineEvents, AStallComesAndGoes) {
 }
 
 TEST_F(EngineEvents, EveryFinishButAnErrorOnlyStopsPlaying) {
-    for (const QVariant& reason : {QVariant(0), QVariant(2), QVariant(-1), QVariant(99),
-                                   QVariant(QStringLiteral("1")), QVariant(1.0), QVariant()}) {
+    for (const QVariant& reason :
+         {QVariant(0), QVariant(2), QVariant(-1), QVariant(99), QVariant(QStringLiteral("1")), QVariant(1.0),
+          QVariant(true), QVariant(qlonglong(0x1'0000'0001)), QVariant()}) {
         start(movie());
         manager->setIsPlaying(true);
         engine().finish(reason);
@@ -97,6 +98,19 @@ TEST_F(EngineEvents, EveryFinishButAnErrorOnlyStopsPlaying) {
         EXPECT_EQ(scheduler.activeSleeps(), 0) << reason.toString().toStdString();
         EXPECT_EQ(manager->retryCount(), 0);
         EXPECT_TRUE(manager->currentItem());
+    }
+}
+
+TEST_F(EngineEvents, AnErrorIsOneInEveryTypeOfInteger) {
+    for (const QVariant& reason :
+         {QVariant(1), QVariant(1U), QVariant(qlonglong(1)), QVariant(qulonglong(1)), QVariant::fromValue(1L),
+          QVariant::fromValue(1UL), QVariant::fromValue(short(1)), QVariant::fromValue(ushort(1)),
+          QVariant::fromValue(char(1)), QVariant::fromValue(static_cast<signed char>(1)),
+          QVariant::fromValue(uchar(1))}) {
+        start(movie());
+        engine().finish(reason);
+        scheduler.runPending();
+        EXPECT_EQ(manager->retryCount(), 1) << reason.typeName();
     }
 }
 
@@ -182,6 +196,30 @@ TEST_F(EngineEvents, TheEngineIsReadWhenTheTaskRuns) {
     engine().state = FSPlaybackState::Paused;
     scheduler.runPending();
     EXPECT_FALSE(manager->isPlaying());
+}
+
+TEST_F(EngineEvents, WhatTheFormerEngineReportedIsReadFromTheOneThatPlays) {
+    start(movie("http://tv.example/old.mp4"));
+    const auto old = lastEngine.lock();
+    old->report(FSPlaybackState::Playing);
+    old->reportLoad(FSLoadStatePlayable);
+    manager->play(movie("http://tv.example/new.mp4"), 0);
+    scheduler.runPending();
+    EXPECT_FALSE(manager->isPlaying());
+    EXPECT_TRUE(manager->isBuffering());
+}
+
+TEST_F(EngineEvents, WhatAnEngineReportedBeforeItWasStoppedIsDropped) {
+    for (const unsigned bits : {FSLoadStatePlayable, FSLoadStateStalled}) {
+        start(movie());
+        const auto old = lastEngine.lock();
+        old->report(FSPlaybackState::Playing);
+        old->reportLoad(bits);
+        manager->stop();
+        scheduler.runPending();
+        EXPECT_FALSE(manager->isPlaying());
+        EXPECT_FALSE(manager->isBuffering());
+    }
 }
 
 TEST_F(EngineEvents, AnEngineThatWasReplacedIsNoLongerHeard) {

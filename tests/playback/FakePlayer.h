@@ -120,6 +120,9 @@ public:
 
     bool setCategory(std::string_view category, std::string_view mode) override {
         m_journal.push_back(std::string(category) + " " + std::string(mode));
+        if (onCategory) {
+            onCategory();
+        }
         return !refuses;
     }
     bool setActive(bool active) override {
@@ -127,6 +130,7 @@ public:
         return !refuses;
     }
 
+    std::function<void()> onCategory;
     bool refuses = false;
 
 private:

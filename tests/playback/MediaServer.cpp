@@ -9,6 +9,8 @@
 namespace ondavia::testing {
 namespace {
 
+constexpr std::size_t pieceSize = 16384;
+
 std::string contentOf(const std::filesystem::path& file) {
     std::ifstream stream(file, std::ios::binary);
     return {std::istreambuf_iterator<char>(stream), {}};
@@ -50,9 +52,19 @@ void MediaServer::answer(const httplib::Request& /*request*/, httplib::Response&
         response.status = 404;
         return;
     }
+    if (!m_tellsSize) {
+        response.set_chunked_content_provider(
+            "video/mp4", [this](std::size_t offset, httplib::DataSink& sink) {
+                sink.write(m_clip.data() + offset, std::min(m_clip.size() - offset, pieceSize));
+                if (offset + pieceSize >= m_clip.size()) {
+                    sink.done();
+                }
+                return true;
+            });
+        return;
+    }
     response.set_content_provider(
         m_clip.size(), "video/mp4", [this](std::size_t offset, std::size_t length, httplib::DataSink& sink) {
-            constexpr std::size_t pieceSize = 16384;
             const std::size_t end = m_end;
             if (offset >= end) {
                 return false;

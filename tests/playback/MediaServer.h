@@ -25,6 +25,8 @@ public:
     void refuse() { m_refuses = true; }
     /// Breaks the connection off at this fraction of the file until the server is mended.
     void cutAt(double fraction);
+    /// Sends the whole clip without its length and without ranges.
+    void keepSizeToItself() { m_tellsSize = false; }
     void mend();
 
 private:
@@ -32,6 +34,7 @@ private:
 
     std::string m_clip;
     std::atomic<bool> m_refuses = false;
+    std::atomic<bool> m_tellsSize = true;
     std::atomic<std::size_t> m_end;
     std::atomic<int> m_requests = 0;
     int m_port = 0;

@@ -24,20 +24,63 @@ TEST_F(PlayerManagerTest, PlaysInAFixedOrder) {
     EXPECT_EQ(scheduler.activeTimers(), 2);
 }
 
-TEST_F(PlayerManagerTest, SetsItsFieldsBeforeTheEngineIsMade) {
+TEST_F(PlayerManagerTest, HasItsFieldsSetWhenItAsksForSoundAndForAnEngine) {
+    start(liveChannel());
     manager->setRetryCount(3);
-    manager->setHasLoggedFirstFrameTracks(true);
-    manager->play(movie("http://tv.example/2.mp4"), 30);
-    EXPECT_EQ(manager->lastOpenedURL(), "http://tv.example/2.mp4");
-    EXPECT_EQ(manager->currentItem(), movie("http://tv.example/2.mp4"));
-    EXPECT_FALSE(manager->isLive());
-    EXPECT_EQ(manager->error(), std::nullopt);
-    EXPECT_EQ(manager->retryCount(), 0);
-    EXPECT_TRUE(manager->isBuffering());
-    EXPECT_EQ(manager->pendingStartPosition(), 30);
-    EXPECT_FALSE(manager->hasLoggedFirstFrameTracks());
-    EXPECT_FALSE(manager->isPlaying());
+    int checks = 0;
+    const auto check = [&] {
+        ++checks;
+        EXPECT_EQ(manager->lastOpenedURL(), movie().url);
+        EXPECT_EQ(manager->currentItem(), movie());
+        EXPECT_FALSE(manager->isLive());
+        EXPECT_EQ(manager->error(), std::nullopt);
+        EXPECT_EQ(manager->retryCount(), 0);
+        EXPECT_TRUE(manager->isBuffering());
+        EXPECT_EQ(manager->pendingStartPosition(), 30);
+        EXPECT_FALSE(manager->hasLoggedFirstFrameTracks());
+        EXPECT_FALSE(manager->isPlaying());
+        EXPECT_EQ(manager->player(), nullptr);
+    };
+    audio.onCategory = check;
+    onCreate = check;
+    // Whoever hears of the stop may write to these once more.
+    QObject::connect(manager.get(), &PlayerManager::currentSubtitleTrackChanged, manager.get(), [this] {
+        manager->setError("late");
+        manager->setHasLoggedFirstFrameTracks(true);
+    });
+    manager->setCurrentSubtitleTrack(SubtitleTrack{});
+    manager->play(movie(), 30);
+    EXPECT_EQ(checks, 2);
     EXPECT_EQ(manager->player(), lastEngine.lock());
+}
+
+TEST_F(PlayerManagerTest, StartsIdle) {
+    EXPECT_EQ(manager->player(), nullptr);
+    EXPECT_EQ(manager->currentItem(), std::nullopt);
+    EXPECT_FALSE(manager->isPlaying());
+    EXPECT_EQ(manager->currentTime(), 0);
+    EXPECT_EQ(manager->duration(), 0);
+    EXPECT_FALSE(manager->isLive());
+    EXPECT_FALSE(manager->isBuffering());
+    EXPECT_EQ(manager->tracksNonce(), 0);
+    EXPECT_FALSE(manager->isMuted());
+    EXPECT_EQ(manager->error(), std::nullopt);
+    EXPECT_FALSE(manager->isMiniPlayer());
+    EXPECT_EQ(manager->currentSubtitleTrack(), std::nullopt);
+    EXPECT_FALSE(manager->useCustomSubtitleOverlay());
+    EXPECT_EQ(manager->retryCount(), 0);
+    EXPECT_EQ(PlayerManager::maxRetries, 5);
+    EXPECT_EQ(manager->pendingStartPosition(), 0);
+    EXPECT_EQ(manager->savedVolume(), 1.0F);
+    EXPECT_FALSE(manager->aspectFill());
+    EXPECT_EQ(manager->selectedAspectRatio(), "Original");
+    EXPECT_EQ(manager->lastOpenedURL(), "");
+    EXPECT_FALSE(manager->hasLoggedFirstFrameTracks());
+    EXPECT_TRUE(manager->loadedSubtitles().empty());
+    EXPECT_FALSE(manager->onProgressUpdate());
+    EXPECT_FALSE(manager->onNextTrack());
+    EXPECT_FALSE(manager->onPreviousTrack());
+    EXPECT_EQ(scheduler.activeTimers(), 0);
 }
 
 TEST_F(PlayerManagerTest, GivesLiveAndMoviesTheSameOptionsInOrder) {
@@ -73,6 +116,22 @@ TEST_F(PlayerManagerTest, EndsWhatPlayedBeforeItRefusesATextThatIsNoURL) {
     EXPECT_FALSE(manager->isBuffering());
 }
 
+TEST_F(PlayerManagerTest, LeavesTheRestAloneWhenItRefusesATextThatIsNoURL) {
+    start(liveChannel());
+    manager->setRetryCount(3);
+    manager->play(movie("http://tv.example/a film.mp4"), 12);
+    EXPECT_TRUE(manager->isLive());
+    EXPECT_EQ(manager->retryCount(), 3);
+}
+
+TEST_F(PlayerManagerTest, GoesFromAChannelToAMovie) {
+    start(liveChannel());
+    ASSERT_EQ(scheduler.activeTimers(), 1);
+    start(movie());
+    EXPECT_FALSE(manager->isLive());
+    EXPECT_EQ(scheduler.activeTimers(), 2) << "progress is saved again";
+}
+
 TEST_F(PlayerManagerTest, RefusesAnEmptyURLAndForgetsTheErrorAtTheNextPlay) {
     manager->play(movie(""), 0);
     EXPECT_EQ(manager->error(), "URL invalido");
@@ -104,6 +163,20 @@ TEST_F(PlayerManagerTest, PreparesNothingThatWasStoppedMeanwhile) {
     scheduler.runPending();
     EXPECT_THAT(journal, Not(Contains("prepare " + movie().url)));
     EXPECT_EQ(scheduler.activeTimers(), 0);
+}
+
+TEST_F(PlayerManagerTest, KeepsNoEngineInBeingThatIsStillToBePrepared) {
+    manager->play(movie(), 0);
+    manager->stop();
+    EXPECT_EQ(journal.back(), "released");
+}
+
+TEST_F(PlayerManagerTest, NoLongerHearsAnEngineThatItShutsDown) {
+    auto& running = start(movie());
+    running.onShutdown = [&] { running.post(FSPlayerIsPreparedToPlayNotification); };
+    manager->stop();
+    scheduler.runPending();
+    EXPECT_EQ(manager->tracksNonce(), 0);
 }
 
 TEST_F(PlayerManagerTest, StopsInAFixedOrder) {

@@ -8,6 +8,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <functional>
 #include <memory>
 #include <stdexcept>
 
@@ -39,6 +40,9 @@ protected:
         manager = std::make_unique<PlayerManager>(
             [this](const std::string& content, const FSOptions& options) {
                 journal.push_back("create " + content);
+                if (onCreate) {
+                    onCreate();
+                }
                 auto engine = std::make_shared<FakePlayer>(content, options, journal, notifications);
                 engine->volume = nextVolume;
                 engine->hasView = nextHasView;
@@ -67,6 +71,8 @@ protected:
     NotificationCenter notifications;
     ManualScheduler scheduler;
     FakeAudioSession audio{journal};
+    /// Runs before an engine is made.
+    std::function<void()> onCreate;
     float nextVolume = 1.0F;
     bool nextHasView = true;
     std::weak_ptr<FakePlayer> lastEngine;

@@ -116,6 +116,31 @@ TEST_F(PlayerTimers, ReportsNothingOutsideItsBounds) {
     EXPECT_EQ(reportsAt(50, 100), 1);
 }
 
+TEST_F(PlayerTimers, ReportsNothingWithoutAnItem) {
+    int reports = 0;
+    manager->setOnProgressUpdate([&](double, double) { ++reports; });
+    start(movie());
+    reach(50, 100);
+    manager->setCurrentItem(std::nullopt);
+    scheduler.advance(10);
+    EXPECT_EQ(reports, 0);
+    manager->setCurrentItem(movie());
+    scheduler.advance(5);
+    EXPECT_EQ(reports, 1);
+}
+
+TEST_F(PlayerTimers, ReadNothingWithoutAnEngine) {
+    start(movie());
+    reach(50, 100);
+    const auto kept = lastEngine.lock();
+    manager->setPlayer(nullptr);
+    kept->time = 60;
+    kept->length = 200;
+    scheduler.advance(2);
+    EXPECT_EQ(manager->currentTime(), 50);
+    EXPECT_EQ(manager->duration(), 100);
+}
+
 TEST_F(PlayerTimers, ReportsNothingForLiveChannels) {
     int reports = 0;
     manager->setOnProgressUpdate([&](double, double) { ++reports; });

@@ -55,6 +55,25 @@ protected:
         });
     }
 
+    /// Quickly, and once only.
+    void playsToItsEnd() {
+        bool finished = false;
+        manager.play(movie(server.url()), 0);
+        const auto* engine = manager.player().get();
+        manager.player()->setPlaybackRate(5);
+        notifications.addObserver(this, FSPlayerDidFinishNotification, engine,
+                                  [&](const Notification&) { finished = true; });
+        ASSERT_TRUE(playsPast(0.5));
+        const int requests = server.requests();
+        ASSERT_TRUE(waitUntil([&] { return finished; }));
+        EXPECT_TRUE(waitUntil([this] { return !manager.isPlaying(); }));
+        EXPECT_GT(manager.currentTime(), clipSeconds / 2.0);
+        EXPECT_EQ(manager.retryCount(), 0);
+        EXPECT_EQ(manager.player().get(), engine);
+        EXPECT_EQ(server.requests(), requests);
+        notifications.removeObserver(this, engine);
+    }
+
     static std::unique_ptr<TemporaryFolder> folder;
     const LogCapture log;
     NotificationCenter notifications;
@@ -131,6 +150,15 @@ TEST_F(RealEngine, PlaysOnFromThePositionReachedAfterACut) {
     EXPECT_NEAR(manager.pendingStartPosition(), reached, 0.6);
     ASSERT_TRUE(playsPast(reached + 1));
     EXPECT_LT(manager.currentTime(), reached + 5);
+}
+
+TEST_F(RealEngine, PlaysAMovieToItsEnd) {
+    playsToItsEnd();
+}
+
+TEST_F(RealEngine, PlaysAMovieOfUnknownSizeToItsEnd) {
+    server.keepSizeToItself();
+    playsToItsEnd();
 }
 
 TEST_F(RealEngine, StopsAtOnceWhileItIsConnecting) {

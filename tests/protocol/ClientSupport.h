@@ -5,6 +5,7 @@
 #include "support/TestSupport.h"
 
 #include <memory>
+#include <optional>
 #include <string>
 
 namespace ondavia::testing {
@@ -13,6 +14,16 @@ namespace ondavia::testing {
 inline std::shared_ptr<XtreamAPIClient>
 makeClient(const std::string& server, const std::string& username = "u", const std::string& password = "p") {
     return std::make_shared<XtreamAPIClient>(server, username, password, makeCurlURLSession);
+}
+
+/// The XtreamError that `work` raises; absent when it raises none.
+template<class Work> std::optional<XtreamError> xtreamErrorOf(Work work) {
+    try {
+        work();
+    } catch (const XtreamError& error) {
+        return error;
+    }
+    return std::nullopt;
 }
 
 } // namespace ondavia::testing

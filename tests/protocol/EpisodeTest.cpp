@@ -68,6 +68,13 @@ TEST(Episode, hasAnExtensionOfMp4ByDefault) {
     EXPECT_EQ(episodeOf({}).url, "http://h/series/u/p/5012.mp4");
 }
 
+TEST(Episode, keepsAnExtensionThatIsEmpty) {
+    XtreamEpisode episode;
+    episode.containerExtension = "";
+    EXPECT_EQ(episodeOf(episode).containerExtension, "");
+    EXPECT_EQ(episodeOf(episode).url, "http://h/series/u/p/5012.");
+}
+
 TEST(Episode, keepsAnIdThatIsNoNumberInItsIdAndURL) {
     for (const char* episodeId : {"abc", "", "12x", "99999999999999999999"}) {
         const Channel channel = episodeOf({}, episodeId);

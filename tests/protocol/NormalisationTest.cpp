@@ -31,6 +31,12 @@ Channel series(XtreamSeriesItem row) {
     return testing::makeClient("http://h")->normalizeSeriesList({&row, 1}, "main", categories).at(0);
 }
 
+Channel seriesNamed(const std::string& name) {
+    XtreamSeriesItem row;
+    row.name = name;
+    return series(row);
+}
+
 /// `channel` with the one field that no test can foretell set to `other`'s.
 Channel builtLike(Channel channel, const Channel& other) {
     channel.addedAt = other.addedAt;
@@ -185,13 +191,23 @@ TEST(Normalisation, setsTheTimeOfAdditionToNow) {
     EXPECT_EQ(channel.lastAccessedAt, std::nullopt);
 }
 
+/// The group of what `channelOf` makes of a row under `categoryId`.
+template<class Row>
+std::string groupOf(Channel (*channelOf)(Row), const std::optional<std::string>& categoryId) {
+    Row row;
+    row.categoryId = categoryId;
+    return channelOf(row).groupTitle;
+}
+
 TEST(Normalisation, groupsUnknownCategoriesTogether) {
+    for (const auto& [categoryId, group] : std::vector<std::pair<std::optional<std::string>, std::string>>{
+             {std::nullopt, "Sem Categoria"}, {"404", "Sem Categoria"}, {"5", "Noticias"}}) {
+        EXPECT_EQ(groupOf(live, categoryId), group);
+        EXPECT_EQ(groupOf(movie, categoryId), group);
+        EXPECT_EQ(groupOf(series, categoryId), group);
+    }
     XtreamLiveStream row;
-    EXPECT_EQ(live(row).groupTitle, "Sem Categoria");
-    row.categoryId = "404";
-    EXPECT_EQ(live(row).groupTitle, "Sem Categoria");
     row.categoryId = "5";
-    EXPECT_EQ(live(row).groupTitle, "Noticias");
     row.name = "A";
     row.streamId = 1;
     EXPECT_EQ(testing::makeClient("http://h")->normalizeLiveStreams({&row, 1}, "main", {}).at(0).groupTitle,
@@ -209,6 +225,8 @@ TEST(Normalisation, looksAMissingCategoryUpUnderTheEmptyText) {
 
 TEST(Normalisation, takesZeroForAMissingNumber) {
     EXPECT_EQ(live({}).num, 0);
+    EXPECT_EQ(movie({}).num, 0);
+    EXPECT_EQ(series({}).num, 0);
     EXPECT_EQ(live({}).tvArchiveDuration, 0);
 }
 
@@ -252,18 +270,29 @@ TEST(Movie, takesItsYearFromTheTitleFirst) {
     EXPECT_EQ(movie(row).year, std::nullopt);
 }
 
-TEST(Movie, keepsANameWhoseYearStandsElsewhere) {
+TEST(Normalisation, keepsANameWhoseYearStandsElsewhere) {
     for (const char* name : {"1999 Matrix", "(1999) Matrix", "Matrix (19990)"}) {
         EXPECT_EQ(movieNamed(name).name, name);
         EXPECT_EQ(movieNamed(name).year, std::nullopt);
+        EXPECT_EQ(seriesNamed(name).name, name);
+        EXPECT_EQ(seriesNamed(name).year, std::nullopt);
     }
     EXPECT_EQ(movieNamed("(1999)").name, "");
     EXPECT_EQ(movieNamed("(1999)").year, "1999");
+    EXPECT_EQ(seriesNamed("(1999)").name, "");
+    EXPECT_EQ(seriesNamed("(1999)").year, "1999");
 }
 
 TEST(Movie, hasAnExtensionOfMp4ByDefault) {
     EXPECT_EQ(movie({}).containerExtension, "mp4");
     EXPECT_EQ(movie({}).url, "http://h/movie/u/p/42.mp4");
+}
+
+TEST(Movie, keepsAnExtensionThatIsEmpty) {
+    XtreamVodStream row;
+    row.containerExtension = "";
+    EXPECT_EQ(movie(row).containerExtension, "");
+    EXPECT_EQ(movie(row).url, "http://h/movie/u/p/42.");
 }
 
 TEST(Movie, showsItsMinutesAsHours) {

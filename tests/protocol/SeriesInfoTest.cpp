@@ -73,6 +73,25 @@ TEST(XtreamSeriesInfo, failsForAMalformedSeasonOrDetail) {
     EXPECT_EQ(refusal<XtreamSeriesInfo>(R"({"info":{"releaseDate":2015}})")->keyPath(), "info.releaseDate");
 }
 
+TEST(XtreamSeriesInfo, failsForASeasonOrDetailBeforeItsEpisodesCount) {
+    const std::string episodes = R"("episodes":{"1":[{"info":{"rating":1e300}}]})";
+    const testing::FatalFaultTrap trap;
+    for (const std::string malformed : {R"("seasons":5)", R"("info":{"name":5})"}) {
+        EXPECT_TRUE(refusal<XtreamSeriesInfo>("{" + episodes + "," + malformed + "}")) << malformed;
+        EXPECT_TRUE(refusal<XtreamSeriesInfo>("{" + malformed + "," + episodes + "}")) << malformed;
+    }
+    EXPECT_EQ(refusal<XtreamSeriesInfo>(R"({"info":{"name":5},"seasons":5})")->keyPath(), "seasons");
+    EXPECT_THROW(decode("{" + episodes + R"(,"seasons":[]})"), testing::FatalFaultRaised);
+}
+
+TEST(XtreamSeriesInfo, takesTheLastOfARepeatedKey) {
+    const auto info = decode(R"({"episodes":{"1":[]},"seasons":[{"id":1},{"id":2}],"seasons":[{"id":3}],
+        "episodes":{"2":[]}})");
+    ASSERT_EQ(info.seasons.value().size(), 1U);
+    EXPECT_EQ(info.seasons->at(0).id, 3);
+    EXPECT_EQ(seasonKeys(info), Keys{"2"});
+}
+
 TEST(XtreamSeriesInfo, takesANumberForAnEpisodesRatingOnly) {
     const auto info = decode(R"({"episodes":{"1":[{"info":{"rating":8}}]}})");
     EXPECT_EQ(info.episodes.value().at("1").at(0).info.value().rating(), "8");

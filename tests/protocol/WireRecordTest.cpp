@@ -86,8 +86,40 @@ TEST(XtreamLiveStream, readsEveryField) {
     EXPECT_EQ(rows, LiveStreams{expected});
 }
 
-TEST(XtreamLiveStream, decodesWithoutIdOrName) {
-    EXPECT_EQ(decodeReply<LiveStreams>(R"([{"name":"A"},{"stream_id":1},{}])").size(), 3U);
+TEST(StreamRow, decodesWithoutIdOrName) {
+    const auto lives = decodeReply<LiveStreams>(R"([{"name":"A"},{"stream_id":1},{}])");
+    ASSERT_EQ(lives.size(), 3U);
+    EXPECT_EQ(lives[0].streamId, std::nullopt);
+    EXPECT_EQ(lives[1].name, std::nullopt);
+    const auto movies = decodeReply<VodStreams>(R"([{"name":"A"},{"stream_id":1},{}])");
+    ASSERT_EQ(movies.size(), 3U);
+    EXPECT_EQ(movies[0].streamId, std::nullopt);
+    EXPECT_EQ(movies[1].name, std::nullopt);
+    const auto series = decodeReply<SeriesItems>(R"([{"name":"A"},{"series_id":1},{}])");
+    ASSERT_EQ(series.size(), 3U);
+    EXPECT_EQ(series[0].seriesId, std::nullopt);
+    EXPECT_EQ(series[1].name, std::nullopt);
+}
+
+/// A list is refused for its second row when `key` holds `value` there.
+template<class Row> void expectRefusal(const std::string& key, const std::string& value) {
+    const std::string good = R"({"category_id":"1","category_name":"A"})";
+    const auto error = refusal<std::vector<Row>>("[" + good + R"(,{")" + key + "\":" + value + "}]");
+    ASSERT_TRUE(error) << key;
+    EXPECT_EQ(error->row(), 1) << key;
+    EXPECT_EQ(error->keyPath(), key);
+}
+
+TEST(StreamRow, isRefusedWithItsPositionAndKey) {
+    expectRefusal<XtreamCategory>("parent_id", R"("0")");
+    expectRefusal<XtreamCategory>("category_id", "1");
+    expectRefusal<XtreamLiveStream>("is_adult", "0");
+    expectRefusal<XtreamLiveStream>("category_id", "5");
+    expectRefusal<XtreamVodStream>("is_adult", "true");
+    expectRefusal<XtreamVodStream>("category_id", "5");
+    expectRefusal<XtreamVodStream>("plot", "[]");
+    expectRefusal<XtreamSeriesItem>("category_id", "5");
+    expectRefusal<XtreamSeriesItem>("plot", "{}");
 }
 
 TEST(XtreamLiveStream, readsKeysInAnyOrderAndIgnoresUnknownOnes) {
@@ -229,6 +261,14 @@ TEST(Encoding, leavesOutWhatIsAbsentButForFlexibleValues) {
         encodeReply(VodStreams{XtreamVodStream{}}),
         R"([{"rating":null,"rating_5based":null,"year":null,"release_date":null,"youtube_trailer":null,)"
         R"("episode_run_time":null}])");
+}
+
+TEST(Encoding, writesTheValueOfAFlexibleInteger) {
+    constexpr std::string_view json =
+        R"({"episodes":{"1":[{"id":"a","episode_num":-3},{"episode_num":null,"season":2}]}})";
+    EXPECT_EQ(encodeReply(decodeReply<XtreamSeriesInfo>(json)), json);
+    EXPECT_EQ(encodeReply(decodeReply<XtreamSeriesInfo>(R"({"episodes":{"1":[{"episode_num":"12"},{}]}})")),
+              R"({"episodes":{"1":[{"episode_num":12},{"episode_num":null}]}})");
 }
 
 TEST(Decoding, skipsAByteOrderMark) {

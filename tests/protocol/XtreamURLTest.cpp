@@ -76,6 +76,17 @@ TEST(XtreamURL, hasOneFormForEachUse) {
     EXPECT_EQ(client->getEpgXMLURL(), "http://h:80/xmltv.php?username=ma&ria&password=s%20e/g");
 }
 
+TEST(XtreamURL, keepsThePortThePathAndTheQueryOfItsServer) {
+    const auto client = makeClient("https://tv.example:8443/sub/folder?key=1&x=/y");
+    const std::string server = "https://tv.example:8443/sub/folder?key=1&x=/y";
+    EXPECT_EQ(client->baseURL(), server);
+    EXPECT_EQ(client->getLiveStreamURL(17), server + "/live/u/p/17.ts");
+    EXPECT_EQ(client->getMovieStreamURL(42, "mkv"), server + "/movie/u/p/42.mkv");
+    EXPECT_EQ(client->getSeriesStreamURL("5", "mp4"), server + "/series/u/p/5.mp4");
+    EXPECT_EQ(client->getCatchupURL(17, Date(), 90), server + "/timeshift/u/p/90/1970-01-01:00-00/17.ts");
+    EXPECT_EQ(client->getEpgXMLURL(), server + "/xmltv.php?username=u&password=p");
+}
+
 Date instant(int year, unsigned month, unsigned day, int hour, int minute, int second) {
     return std::chrono::sys_days(std::chrono::year(year) / month / day) + std::chrono::hours(hour) +
            std::chrono::minutes(minute) + std::chrono::seconds(second);

@@ -21,8 +21,8 @@ protected:
 
 /// A browser whose models are watched from before they have data.
 struct WatchedBrowser final {
-    WatchedBrowser(BrowserKind kind, AppState& appState, LibraryStore& store)
-        : model(kind, appState, store)
+    WatchedBrowser(BrowserKind kind, AppState& appState, LibraryStore& store, CatalogueSummary& catalogue)
+        : model(kind, appState, store, catalogue)
         , categories(model.categories(), QAbstractItemModelTester::FailureReportingMode::Fatal)
         , titles(model.titles(), QAbstractItemModelTester::FailureReportingMode::Fatal) {}
     BrowserViewModel model;
@@ -31,7 +31,7 @@ struct WatchedBrowser final {
 };
 
 TEST_F(BrowserTest, LiveCategoriesKeepTheProvidersOrderAndCountTheStoredChannels) {
-    WatchedBrowser browser(BrowserKind::Live, appState, *store);
+    WatchedBrowser browser(BrowserKind::Live, appState, *store, catalogue);
     fill({title(1, "live", "Sport", "One"), title(2, "live", "Sport", "Two"),
           title(3, "live", "Lost", "Three"),
           title(4, "movie", "News", "A film in a category of the same name")});
@@ -43,7 +43,7 @@ TEST_F(BrowserTest, LiveCategoriesKeepTheProvidersOrderAndCountTheStoredChannels
 }
 
 TEST_F(BrowserTest, OpensACategoryInTheOrderOfNumbersAndPlaysARow) {
-    WatchedBrowser browser(BrowserKind::Live, appState, *store);
+    WatchedBrowser browser(BrowserKind::Live, appState, *store, catalogue);
     appState.setLiveCategories(categoryItems({"News", "Sport"}));
     fill({title(9, "live", "Sport", "Nine"), title(2, "live", "Sport", "Two"),
           title(3, "live", "News", "Three")});
@@ -56,7 +56,7 @@ TEST_F(BrowserTest, OpensACategoryInTheOrderOfNumbersAndPlaysARow) {
 }
 
 TEST_F(BrowserTest, AnEmptyCategoryOpensAnEmptyList) {
-    WatchedBrowser browser(BrowserKind::Live, appState, *store);
+    WatchedBrowser browser(BrowserKind::Live, appState, *store, catalogue);
     appState.setLiveCategories(categoryItems({"Empty"}));
     browser.model.openCategory(0);
     EXPECT_EQ(browser.model.titles()->rowCount(), 0);
@@ -68,7 +68,7 @@ TEST_F(BrowserTest, AnEmptyCategoryOpensAnEmptyList) {
 }
 
 TEST_F(BrowserTest, CategoriesOfOneNameShowTheSame) {
-    WatchedBrowser browser(BrowserKind::Live, appState, *store);
+    WatchedBrowser browser(BrowserKind::Live, appState, *store, catalogue);
     fill({title(1, "live", "Twin", "One")});
     appState.setLiveCategories(categoryItems({"Twin", "Twin"}));
     EXPECT_EQ(texts(*browser.model.categories(), CategoryListModel::CountTextRole), (Texts{"1", "1"}));
@@ -77,7 +77,7 @@ TEST_F(BrowserTest, CategoriesOfOneNameShowTheSame) {
 }
 
 TEST_F(BrowserTest, FilmsHideEmptyCategoriesAndOpenTheFirst) {
-    WatchedBrowser browser(BrowserKind::Movies, appState, *store);
+    WatchedBrowser browser(BrowserKind::Movies, appState, *store, catalogue);
     appState.setVodCategories(categoryItems({"Empty", "Drama", "Crime"}));
     EXPECT_EQ(browser.model.categories()->rowCount(), 0);
     fill({title(1, "movie", "Crime", "One"), title(2, "movie", "Drama", "Two")});
@@ -87,7 +87,7 @@ TEST_F(BrowserTest, FilmsHideEmptyCategoriesAndOpenTheFirst) {
 }
 
 TEST_F(BrowserTest, FilmsStayInTheirCategoryWhenTheOrderChanges) {
-    WatchedBrowser browser(BrowserKind::Movies, appState, *store);
+    WatchedBrowser browser(BrowserKind::Movies, appState, *store, catalogue);
     fill({title(1, "movie", "Crime", "One"), title(2, "movie", "Drama", "Two")});
     appState.setVodCategories(categoryItems({"Drama", "Crime"}));
     browser.model.openCategory(1);
@@ -97,7 +97,7 @@ TEST_F(BrowserTest, FilmsStayInTheirCategoryWhenTheOrderChanges) {
 }
 
 TEST_F(BrowserTest, FollowsTheCatalogue) {
-    WatchedBrowser browser(BrowserKind::Live, appState, *store);
+    WatchedBrowser browser(BrowserKind::Live, appState, *store, catalogue);
     appState.setLiveCategories(categoryItems({"News"}));
     fill({title(1, "live", "News", "One")});
     browser.model.openCategory(0);
@@ -115,7 +115,7 @@ TEST_F(BrowserTest, ARatingOfZeroIsNone) {
     rated.rating = "7.5";
     Channel zero = title(2, "movie", "Crime", "Zero");
     zero.rating = "0";
-    WatchedBrowser browser(BrowserKind::Movies, appState, *store);
+    WatchedBrowser browser(BrowserKind::Movies, appState, *store, catalogue);
     fill({rated, zero, title(3, "movie", "Crime", "Without")});
     appState.setVodCategories(categoryItems({"Crime"}));
     EXPECT_EQ(texts(*browser.model.titles(), ChannelListModel::RatingRole), (Texts{"7.5", "", ""}));

@@ -108,6 +108,7 @@ TEST_F(ScreensTest, OverlayTakesEveryKeyWhileItIsUp) {
     appState.setLoadingMessage("A carregar conteudo...");
     appState.setIsLoading(true);
     settle();
+    EXPECT_NE(find(QStringLiteral("A carregar conteudo...")), nullptr);
     shoot("loading");
     press(Qt::Key_Tab);
     press(Qt::Key_Return);

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "library/CatalogueSummary.h"
 #include "library/NetworkMonitor.h"
 #include "platform/NWPathMonitor.h"
 #include "platform/linux/CurlURLSession.h"
@@ -77,6 +78,7 @@ protected:
     [[nodiscard]] ScreenServices services(const std::string& language = "pt") {
         return {.appState = appState,
                 .store = *store,
+                .catalogue = catalogue,
                 .playerManager = playerManager,
                 .defaults = defaults,
                 .keychain = keychain,
@@ -96,12 +98,14 @@ protected:
     JsonUserDefaults defaults{folder.path() / "settings.json"};
     std::unique_ptr<SecItemStore> items = makeMemoryStore();
     std::unique_ptr<LibraryStore> store = LibraryStore::open(folder.path() / "store");
+    CatalogueSummary catalogue{*store};
     NetworkMonitor network{std::make_unique<SteadyPath>()};
     PlayerManager playerManager;
     KeychainService keychain{*items, defaults};
     AppState appState{keychain, playerManager, makeCurlURLSession};
     GuideWorkers guideWorkers;
     ContentViewModel content{{.store = *store,
+                              .catalogue = catalogue,
                               .appState = appState,
                               .defaults = defaults,
                               .network = network,

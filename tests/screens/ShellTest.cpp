@@ -49,6 +49,17 @@ TEST_F(ToastTest, OnePresentAtTheStartGoesToo) {
     EXPECT_FALSE(appState.toastMessage());
 }
 
+TEST_F(ToastTest, OneWithoutATextIsThereAndGoesToo) {
+    EXPECT_FALSE(content.toastMessage().isValid());
+    appState.showToast("", ToastType::info);
+    EXPECT_TRUE(content.toastMessage().isValid());
+    scheduler.advance(5.9);
+    EXPECT_EQ(appState.toastMessage(), "");
+    scheduler.advance(0.2);
+    EXPECT_FALSE(appState.toastMessage());
+    EXPECT_FALSE(content.toastMessage().isValid());
+}
+
 class HomeTest : public ScreensFixture {
 protected:
     HomeViewModel model{appState};

@@ -9,6 +9,14 @@ using ::testing::IsEmpty;
 
 constexpr const char* loadError = "Erro ao carregar conteúdo. Verifica a tua ligação.";
 
+/// The overlay went down, and only then the load error was shown.
+void expectToastAfterOverlay(const StateJournal& journal) {
+    const auto& lines = journal.lines;
+    const auto toast = std::ranges::find(lines, std::string("toast ") + loadError);
+    ASSERT_NE(toast, lines.end());
+    EXPECT_LT(std::ranges::find(lines, "not loading"), toast);
+}
+
 TEST_F(ContentViewModelTest, TheFirstLoadWaitsBehindTheOverlay) {
     scriptSmallCatalogue();
     load();
@@ -73,7 +81,7 @@ TEST_P(FailedLogInTest, OfAFirstLoadShowsTheSameToast) {
     EXPECT_FALSE(defaults.dateForKey(lastSync));
     EXPECT_TRUE(appState.liveCategories().empty());
     EXPECT_EQ(provider.requestCount("get_series"), 0);
-    EXPECT_THAT(journal.lines, ::testing::Contains("not loading"));
+    expectToastAfterOverlay(journal);
 }
 
 TEST_P(FailedLogInTest, OverACachedCatalogueShowsNothing) {
@@ -103,9 +111,7 @@ TEST_F(ContentViewModelTest, AnUnreachableServerShowsTheToastAfterTheOverlay) {
     appState.saveCredentials("http://127.0.0.1:1", "ana", "word");
     load();
     EXPECT_EQ(appState.toastMessage(), loadError);
-    const auto& lines = journal.lines;
-    EXPECT_LT(std::ranges::find(lines, "not loading"),
-              std::ranges::find(lines, std::string("toast ") + loadError));
+    expectToastAfterOverlay(journal);
 }
 
 TEST_F(ContentViewModelTest, AConnectionLostAfterTheLogInWithoutRowsShowsTheLoadError) {
@@ -113,6 +119,7 @@ TEST_F(ContentViewModelTest, AConnectionLostAfterTheLogInWithoutRowsShowsTheLoad
     load();
     EXPECT_EQ(appState.toastMessage(), loadError);
     EXPECT_FALSE(defaults.dateForKey(lastSync));
+    expectToastAfterOverlay(journal);
 }
 
 TEST_F(ContentViewModelTest, AConnectionLostAfterTheLogInWithRowsUsesThemAndStampsTheTime) {
@@ -130,6 +137,15 @@ TEST_F(ContentViewModelTest, EmptyListsShowTheLoadErrorAtAFirstLoad) {
     EXPECT_EQ(appState.toastMessage(), loadError);
     EXPECT_EQ(appState.toastType(), ToastType::error);
     EXPECT_FALSE(defaults.dateForKey(lastSync));
+    expectToastAfterOverlay(journal);
+}
+
+TEST_F(ContentViewModelTest, TheAccountsFactsHoldThoughTheSynchronisationThenFails) {
+    provider.script("", {body(logInReply(R"("1735689600")", R"("3")"))});
+    load();
+    ASSERT_EQ(appState.toastMessage(), loadError) << "all lists were empty";
+    EXPECT_EQ(appState.expirationDate(), Date(1'735'689'600s));
+    EXPECT_EQ(appState.maxConnections(), 3);
 }
 
 TEST_F(ContentViewModelTest, EmptyListsInTheBackgroundKeepTheOldTime) {

@@ -3,6 +3,8 @@
 namespace ondavia::testing {
 namespace {
 
+using ::testing::ElementsAre;
+
 Channel seriesItem(std::optional<std::int64_t> seriesId, const std::string& id) {
     Channel channel;
     channel.id = id;
@@ -23,6 +25,19 @@ protected:
         state->setShowMiniPlayer(true);
         journal.clear();
     }
+    /// Writes every change from here on into the journal, among what is asked of the engine.
+    void noteChanges() {
+        const auto note = [this](auto* object, auto signal, const char* name) {
+            QObject::connect(object, signal, object, [this, name] { journal.emplace_back(name); });
+        };
+        note(state.get(), &AppState::showMiniPlayerChanged, "mini");
+        note(manager.get(), &PlayerManager::isMiniPlayerChanged, "managerMini");
+        note(state.get(), &AppState::seriesEpisodesChanged, "episodes");
+        note(state.get(), &AppState::currentEpisodeIndexChanged, "index");
+        note(state.get(), &AppState::seriesParentChannelChanged, "parent");
+        note(state.get(), &AppState::currentChannelChanged, "channel");
+        note(state.get(), &AppState::isPlayingChanged, "isPlaying");
+    }
     void expectNoPlaylist() const {
         EXPECT_TRUE(state->seriesEpisodes().empty());
         EXPECT_EQ(state->currentEpisodeIndex(), 0);
@@ -34,7 +49,7 @@ protected:
         EXPECT_EQ(state->seriesParentChannel(), parent);
     }
 
-    const Channel parent = seriesItem(7, "parent");
+    Channel parent = seriesItem(7, "parent");
     std::unique_ptr<AppState> state = startState();
 };
 
@@ -93,6 +108,42 @@ TEST_F(PlaySessionTest, TwoAbsentSeriesAreEqual) {
     EXPECT_EQ(state->currentEpisodeIndex(), 5) << "the empty playlist is left alone";
     state->playChannel(seriesItem(7, "ep"));
     EXPECT_EQ(state->currentEpisodeIndex(), 0) << "no parent has no series";
+}
+
+TEST_F(PlaySessionTest, APlaylistOfAnUnknownSeriesSurvivesAnItemOfOne) {
+    parent = seriesItem(std::nullopt, "parent");
+    holdPlaylist();
+    state->playChannel(seriesItem(std::nullopt, "unknown"));
+    expectPlaylist();
+    state->playChannel(seriesItem(7, "ep"));
+    expectNoPlaylist();
+}
+
+TEST_F(PlaySessionTest, AnItemOpensItsSessionInOrder) {
+    holdPlaylist();
+    minimise();
+    state->setIsPlaying(false);
+    noteChanges();
+    state->playChannel(movie());
+    EXPECT_THAT(journal, ElementsAre("shutdown http://tv.example/series/ep2", "released", "mini",
+                                     "managerMini", "episodes", "index", "parent", "channel", "isPlaying"));
+}
+
+TEST_F(PlaySessionTest, AnEpisodeOpensItsSessionInOrder) {
+    state->playChannel(movie());
+    minimise();
+    state->setIsPlaying(false);
+    noteChanges();
+    holdPlaylist();
+    EXPECT_THAT(journal, ElementsAre("shutdown " + movie().url, "released", "mini", "managerMini", "episodes",
+                                     "index", "parent", "channel", "isPlaying"));
+}
+
+TEST_F(PlaySessionTest, DismissingEndsTheSessionInOrder) {
+    state->playChannel(movie());
+    noteChanges();
+    state->playerDismissed();
+    EXPECT_THAT(journal, ElementsAre("isPlaying", "channel"));
 }
 
 TEST_F(PlaySessionTest, AnItemMayBeTheStatesOwn) {

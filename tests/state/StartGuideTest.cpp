@@ -2,6 +2,8 @@
 
 #include "guide/GuideSamples.h"
 
+#include <atomic>
+
 namespace ondavia::testing {
 namespace {
 
@@ -52,6 +54,26 @@ TEST_F(StartGuideTest, OverACachedCatalogueLoadsItWithoutWaiting) {
     EXPECT_THAT(guideTitles(), ElementsAre("New"));
     EXPECT_FALSE(logsIn()) << "a guide needs no log-in";
     EXPECT_FALSE(appState.isLoading());
+}
+
+TEST_F(StartGuideTest, WaitsForARefreshThatIsDueAndIsAskedForOnce) {
+    cacheCatalogue(4 * 24h);
+    scriptSmallCatalogue();
+    defaults.removeObjectForKey(lastGuideLoad);
+    std::atomic<int> seriesRequestsBefore = -1;
+    provider.script(guideDocument, {[&](const httplib::Request&, httplib::Response& reply) {
+                        seriesRequestsBefore = provider.requestCount("get_series");
+                        reply.set_content(xmltv(programme("<title>New</title>")), "application/xml");
+                    }});
+    load();
+    scheduler.runPending();
+    // The refresh stamps its time before it asks for the guide.
+    ASSERT_TRUE(waitUntil([&] { return defaults.dateForKey(lastSync) == now; }));
+    ASSERT_TRUE(waitUntil([&] { return defaults.dateForKey(lastGuideLoad) == now; }));
+    drainEvents();
+    EXPECT_EQ(seriesRequestsBefore, 1);
+    EXPECT_EQ(provider.requestCount(guideDocument), 1);
+    EXPECT_THAT(guideTitles(), ElementsAre("New"));
 }
 
 TEST_F(StartGuideTest, WithoutAnAccountAsksForNone) {

@@ -51,9 +51,7 @@ void MpvPlayer::startMpv(const FSOptions& options) {
     std::ranges::move(translated(options), std::back_inserter(all));
     m_handle = MpvHandle::create(all);
     observeProperties(*m_handle);
-    if (m_outputs == MpvOutputs::Window) {
-        m_handle->requestHook("on_preloaded");
-    }
+    m_handle->requestHook("on_preloaded");
     m_handle->setWakeup([this] {
         if (!m_eventsAnnounced.exchange(true)) {
             QMetaObject::invokeMethod(this, &MpvPlayer::takeEvents, Qt::QueuedConnection);
@@ -224,8 +222,7 @@ void MpvPlayer::setNeedsRefreshCurrentPic() {
     }
 }
 
-void MpvPlayer::awaitOutput(std::uint64_t hook) {
-    m_hook = hook;
+void MpvPlayer::awaitOutput() {
     if (m_rendererReady || m_drawsNothing) {
         openOutput();
     } else {
@@ -235,7 +232,7 @@ void MpvPlayer::awaitOutput(std::uint64_t hook) {
 
 void MpvPlayer::openOutput() {
     m_outputTimeout.stop();
-    if (m_handle == nullptr || !m_hook.has_value()) {
+    if (m_handle == nullptr || !m_hook.has_value() || !m_state.statedDuration.has_value()) {
         return;
     }
     if (!m_rendererReady && !m_drawsNothing) {

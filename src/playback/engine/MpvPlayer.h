@@ -25,7 +25,7 @@ class MpvVideoItem;
 /// Lives on the main thread, where mpv's events are taken and all notifications are posted, so that what
 /// is read there is one consistent state and nothing is posted once `shutdown` returned. Commands go to
 /// mpv asynchronously. The stream is opened at once; before tracks are chosen mpv waits, by a hook, until
-/// there is something to draw on.
+/// the container's length was read and there is something to draw on.
 class MpvPlayer final : public QObject,
                         public FSPlayer,
                         public FSPlayerView,
@@ -72,13 +72,14 @@ private:
     /// Takes everything that mpv has to say. Runs in a turn of the main loop of its own.
     void takeEvents();
     void handle(const mpv_event& event);
+    void handleReply(const mpv_event& event);
     void handleLoaded();
     /// The tracks as they are once playback has begun.
     void handleBeginning(TrackList tracks);
     void handleEndOfFile(const mpv_event& event);
     void handleLogMessage(const mpv_event& event) const;
 
-    void awaitOutput(std::uint64_t hook);
+    void awaitOutput();
     void openOutput();
     void handleRendererReady();
     void handleRendererLost();

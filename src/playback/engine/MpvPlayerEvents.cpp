@@ -10,8 +10,9 @@
 namespace ondavia::engine {
 namespace {
 
-/// Of the one answer that is asked for outside the table of properties, whose ids are small.
+// Of the answers that are asked for outside the table of properties, whose ids are small.
 constexpr std::uint64_t tracksAtBeginning = 1000;
+constexpr std::uint64_t durationAtOpening = 1001;
 
 /// `text` without `address` and its path, in whatever way mpv and FFmpeg quote them.
 std::string withoutAddress(std::string text, std::string_view address) {
@@ -54,7 +55,9 @@ void MpvPlayer::handle(const mpv_event& event) {
         applyProperty(m_state, event.reply_userdata, *static_cast<const mpv_event_property*>(event.data));
         break;
     case MPV_EVENT_HOOK:
-        awaitOutput(static_cast<const mpv_event_hook*>(event.data)->id);
+        m_hook = static_cast<const mpv_event_hook*>(event.data)->id;
+        // Before anything is read, which mpv would count as well.
+        m_handle->requestProperty(durationAtOpening, "duration", MPV_FORMAT_DOUBLE);
         break;
     case MPV_EVENT_FILE_LOADED:
         handleLoaded();
@@ -66,10 +69,7 @@ void MpvPlayer::handle(const mpv_event& event) {
         }
         break;
     case MPV_EVENT_GET_PROPERTY_REPLY:
-        if (event.reply_userdata == tracksAtBeginning && event.error >= 0) {
-            const auto& property = *static_cast<const mpv_event_property*>(event.data);
-            handleBeginning(parseTrackList(*static_cast<const mpv_node*>(property.data)));
-        }
+        handleReply(event);
         break;
     case MPV_EVENT_END_FILE:
         handleEndOfFile(event);
@@ -79,6 +79,16 @@ void MpvPlayer::handle(const mpv_event& event) {
         break;
     default:
         break;
+    }
+}
+
+void MpvPlayer::handleReply(const mpv_event& event) {
+    const auto* property = static_cast<const mpv_event_property*>(event.data);
+    if (event.reply_userdata == durationAtOpening) {
+        m_state.statedDuration = event.error >= 0 ? *static_cast<const double*>(property->data) : 0;
+        awaitOutput();
+    } else if (event.reply_userdata == tracksAtBeginning && event.error >= 0) {
+        handleBeginning(parseTrackList(*static_cast<const mpv_node*>(property->data)));
     }
 }
 
@@ -167,15 +177,11 @@ void MpvPlayer::publishStates() {
         m_publishedTracks = m_state.tracks;
         post(FSPlayerSelectedStreamDidChangeNotification);
     }
-    const unsigned load = loadStateOf(m_stage, m_state);
-    if (m_loadState != load) {
-        m_loadState = load;
-        post(FSPlayerLoadStateDidChangeNotification);
-    }
-    const auto playback = playbackStateOf(m_stage, m_state, m_lastSeek);
-    if (m_playbackState != playback) {
-        m_playbackState = playback;
-        post(FSPlayerPlaybackStateDidChangeNotification);
+    const unsigned formerLoad = std::exchange(m_loadState, loadStateOf(m_stage, m_state));
+    const auto formerPlayback = std::exchange(m_playbackState, playbackStateOf(m_stage, m_state, m_lastSeek));
+    for (const char* name : stateNotifications(m_playbackState != formerPlayback, m_playbackState,
+                                               m_loadState != formerLoad, m_loadState)) {
+        post(name);
     }
 }
 

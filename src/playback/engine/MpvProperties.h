@@ -2,6 +2,10 @@
 
 #include "playback/engine/TrackList.h"
 
+#include <cstdint>
+#include <optional>
+#include <string>
+
 struct mpv_event_property;
 
 namespace ondavia::engine {
@@ -22,6 +26,9 @@ struct MpvState final {
     double position = 0;
     /// The greater of what the container says and what was read so far; 0 when there is neither.
     double reportedDuration = 0;
+    /// What the container said when it was opened, before anything else was read; 0 when it said nothing.
+    /// Absent until it is open.
+    std::optional<double> statedDuration;
     bool seekable = false;
     /// Seekable in what is read ahead, and only there.
     bool seekableInCache = false;

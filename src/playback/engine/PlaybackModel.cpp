@@ -4,6 +4,16 @@
 #include <cmath>
 
 namespace ondavia::engine {
+namespace {
+
+/// A channel made of a movie's fragments states the length of its first ones, which it soon outgrows.
+bool saysItsLength(const MpvState& state) {
+    constexpr double roundingSeconds = 1;
+    const double stated = state.statedDuration.value_or(0);
+    return stated > 0 && state.reportedDuration <= stated + roundingSeconds;
+}
+
+} // namespace
 
 FSPlaybackState playbackStateOf(Stage stage, const MpvState& state, SeekDirection lastSeek) {
     if (stage != Stage::Started) {
@@ -33,11 +43,25 @@ unsigned loadStateOf(Stage stage, const MpvState& state) {
     return FSLoadStatePlayable | (enough ? FSLoadStatePlaythroughOK : 0);
 }
 
+std::vector<const char*> stateNotifications(bool playbackChanged, FSPlaybackState playback, bool loadChanged,
+                                            unsigned load) {
+    std::vector<const char*> names;
+    if (playbackChanged) {
+        names.push_back(FSPlayerPlaybackStateDidChangeNotification);
+    }
+    const bool playsStalled =
+        playbackChanged && playback == FSPlaybackState::Playing && (load & FSLoadStateStalled) != 0;
+    if (loadChanged || playsStalled) {
+        names.push_back(FSPlayerLoadStateDidChangeNotification);
+    }
+    return names;
+}
+
 double durationOf(const MpvState& state) {
     const bool canBeSoughtThrough = state.seekable && !state.seekableInCache;
     // The size of a playlist says nothing of what it lists.
     const bool isFile = state.fileSize > 0 && state.fileFormat != "hls" && state.fileFormat != "dash";
-    return canBeSoughtThrough || isFile ? state.reportedDuration : 0;
+    return canBeSoughtThrough || isFile || saysItsLength(state) ? state.reportedDuration : 0;
 }
 
 FSFinishReason reasonOfEnd(double position, double duration) {

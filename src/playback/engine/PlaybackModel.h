@@ -3,6 +3,8 @@
 #include "platform/FSPlayer.h"
 #include "playback/engine/MpvProperties.h"
 
+#include <vector>
+
 namespace ondavia::engine {
 
 /// How far an engine has come with its one URL.
@@ -26,8 +28,14 @@ enum class SeekDirection { Forward, Backward };
 /// FSLoadState bits; 0 until the first picture or sound is out.
 [[nodiscard]] unsigned loadStateOf(Stage stage, const MpvState& state);
 
+/// What a change of states has to be told by, in order: the load state after the playback state and, once a
+/// stream plays although it is stalled, again. Who listens takes "playing" for the end of a stall.
+[[nodiscard]] std::vector<const char*> stateNotifications(bool playbackChanged, FSPlaybackState playback,
+                                                          bool loadChanged, unsigned load);
+
 /// Seconds; 0 for a stream without an end, as a live channel. For those mpv counts what was read so far, so
-/// a duration stands only when the stream can be sought through or is a file of known size.
+/// a duration stands only when the stream can be sought through, is a file of known size or says itself how
+/// long it is.
 [[nodiscard]] double durationOf(const MpvState& state);
 
 /// mpv reports a cut connection as the end of the data, so the position decides: an end well before the

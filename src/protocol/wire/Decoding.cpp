@@ -70,6 +70,22 @@ void WireDecoder::decode(Element value, FlexibleInt& target, const PathStep& /*p
     }
 }
 
+/// In the order of the table, wherever the keys stand: a malformed season or detail fails the reply before
+/// anything in the episodes counts.
+void WireDecoder::record(Element value, XtreamSeriesInfo& record, const PathStep* path) {
+    simdjson::dom::object object;
+    if (value.get(object) != simdjson::SUCCESS) {
+        fail(path, "object", value);
+    }
+    for (const auto& entry : makeEntries<XtreamSeriesInfo>()) {
+        for (const auto [key, element] : object) {
+            if (key == entry.key) {
+                entry.decode(*this, element, record, PathStep{path, entry.key, -1});
+            }
+        }
+    }
+}
+
 /// Servers send an object keyed by season number, or a list with one entry a season. What is neither
 /// costs the episodes and not the series.
 void WireDecoder::decode(Element value, std::optional<XtreamEpisodeMap>& target, const PathStep& path) {
@@ -157,13 +173,16 @@ template<class T> constexpr bool isVector<std::vector<T>> = true;
 
 } // namespace
 
+void requireReplyWithinBound(std::size_t bytes, std::string_view action) {
+    if (bytes > maximumReplyBytes) {
+        throw DecodingError({std::string(action), {}, {}, "reply of at most 32 MiB", "a longer one"});
+    }
+}
+
 template<class Reply> Reply decodeReply(std::string_view json, std::string_view action) {
+    requireReplyWithinBound(json.size(), action);
     if (json.starts_with(byteOrderMark)) {
         json.remove_prefix(byteOrderMark.size());
-    }
-    if (json.size() > maximumReplyBytes) {
-        throw DecodingError(
-            {std::string(action), {}, {}, "reply of at most 32 MiB", std::to_string(json.size()) + " bytes"});
     }
     wire::JSONParser parser;
     wire::Element root;

@@ -21,6 +21,10 @@ inline constexpr std::size_t maximumReplyBytes = std::size_t{32} << 20;
 /// arrives, one batch.
 inline constexpr std::size_t maximumReplyElements = 250'000;
 
+/// Raises the DecodingError of `decodeReply` for a text of more bytes than it looks at, so that nobody
+/// collects more. Any thread.
+void requireReplyWithinBound(std::size_t bytes, std::string_view action);
+
 /// Decodes one whole reply. Fields are strict: one value of the wrong JSON type raises DecodingError, as
 /// do malformed JSON, invalid UTF-8, nesting beyond 1024 levels and what is beyond the bounds above.
 /// Unknown keys are ignored, of a key that occurs twice the last counts. `action` is for the error text.

@@ -45,6 +45,7 @@ public:
     }
 
     template<WireRecord Record> void record(Element value, Record& record, const PathStep* path);
+    void record(Element value, XtreamSeriesInfo& record, const PathStep* path);
 
 private:
     template<class Record> struct Entry final {

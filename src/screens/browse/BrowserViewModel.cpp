@@ -1,6 +1,7 @@
 #include "screens/browse/BrowserViewModel.h"
 
 #include "base/AppLogger.h"
+#include "library/CatalogueSummary.h"
 #include "state/AppState.h"
 #include "store/LibraryStore.h"
 
@@ -9,11 +10,12 @@
 
 namespace ondavia {
 
-BrowserViewModel::BrowserViewModel(BrowserKind kind, AppState& appState, LibraryStore& store, QObject* parent)
+BrowserViewModel::BrowserViewModel(BrowserKind kind, AppState& appState, LibraryStore& store,
+                                   CatalogueSummary& catalogue, QObject* parent)
     : QObject(parent)
     , m_kind(kind)
     , m_appState(appState)
-    , m_store(store)
+    , m_catalogue(catalogue)
     , m_categories(this)
     , m_titles(store, this)
     , m_listener(store, EntityKind::Channel, [this] {
@@ -33,10 +35,8 @@ const char* BrowserViewModel::type() const {
 std::vector<CategoryRow> BrowserViewModel::countedCategories() const {
     std::unordered_map<std::string, std::int64_t> counts;
     try {
-        for (auto& [name, count] :
-             m_store.mainContext().countsBy(&Channel::groupTitle, field(&Channel::type) == type())) {
-            counts.emplace(std::move(name), count);
-        }
+        const auto& groups = m_catalogue.groups(type());
+        counts.insert(groups.begin(), groups.end());
     } catch (const StoreError& error) {
         AppLogger::general.error("The categories could not be counted: %s", {error.what()});
     }

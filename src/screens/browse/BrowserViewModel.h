@@ -13,6 +13,7 @@
 namespace ondavia {
 
 class AppState;
+class CatalogueSummary;
 class LibraryStore;
 
 /// What a browser lists.
@@ -37,8 +38,9 @@ class BrowserViewModel final : public QObject {
     Q_PROPERTY(int categoryRow READ categoryRow NOTIFY categoryChanged)
 
 public:
-    /// Both must outlive the object.
-    BrowserViewModel(BrowserKind kind, AppState& appState, LibraryStore& store, QObject* parent = nullptr);
+    /// All must outlive the object.
+    BrowserViewModel(BrowserKind kind, AppState& appState, LibraryStore& store, CatalogueSummary& catalogue,
+                     QObject* parent = nullptr);
 
     [[nodiscard]] CategoryListModel* categories() { return &m_categories; }
     [[nodiscard]] ChannelListModel* titles() { return &m_titles; }
@@ -58,7 +60,7 @@ private:
 
     BrowserKind m_kind;
     AppState& m_appState;
-    LibraryStore& m_store;
+    CatalogueSummary& m_catalogue;
     CategoryListModel m_categories;
     ChannelListModel m_titles;
     std::string m_categoryName;

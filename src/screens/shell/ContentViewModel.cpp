@@ -3,6 +3,7 @@
 #include "base/AppLogger.h"
 #include "base/LocalizedText.h"
 #include "base/Text.h"
+#include "library/CatalogueSummary.h"
 #include "library/RefreshSchedule.h"
 #include "platform/Scheduler.h"
 #include "platform/UserDefaults.h"
@@ -77,8 +78,9 @@ QString ContentViewModel::loadingMessage() const {
     return QString::fromStdString(m_environment.appState.loadingMessage());
 }
 
-QString ContentViewModel::toastMessage() const {
-    return QString::fromStdString(m_environment.appState.toastMessage().value_or(std::string()));
+QVariant ContentViewModel::toastMessage() const {
+    const auto& message = m_environment.appState.toastMessage();
+    return message ? QVariant(QString::fromStdString(*message)) : QVariant();
 }
 
 int ContentViewModel::toastType() const {
@@ -160,11 +162,12 @@ bool ContentViewModel::isRefreshDue() const {
 }
 
 void ContentViewModel::loadCategoriesFromCache() {
-    const auto ordered = [this](std::string_view type, const char* orderKey) {
+    const auto ordered = [this](const std::string& type, const char* orderKey) {
         std::vector<std::string> titles;
         try {
-            titles = m_environment.store.mainContext().distinct(&Channel::groupTitle,
-                                                                field(&Channel::type) == type);
+            for (const auto& [title, rows] : m_environment.catalogue.groups(type)) {
+                titles.push_back(title);
+            }
         } catch (const StoreError& error) {
             AppLogger::general.error("catalogue: categories cannot be read: %s", {error.what()});
         }

@@ -6,6 +6,7 @@
 
 #include <QObject>
 #include <QString>
+#include <QVariant>
 #include <qcoro/qcorotask.h>
 #include <qqmlregistration.h>
 
@@ -28,8 +29,8 @@ class ContentViewModel final : public QObject {
     QML_UNCREATABLE("made by the application")
     Q_PROPERTY(bool isLoading READ isLoading NOTIFY isLoadingChanged)
     Q_PROPERTY(QString loadingMessage READ loadingMessage NOTIFY loadingMessageChanged)
-    /// Empty when there is no toast.
-    Q_PROPERTY(QString toastMessage READ toastMessage NOTIFY toastChanged)
+    /// A text, which may be empty; undefined when there is no toast.
+    Q_PROPERTY(QVariant toastMessage READ toastMessage NOTIFY toastChanged)
     /// A `ToastType`.
     Q_PROPERTY(int toastType READ toastType NOTIFY toastChanged)
     Q_PROPERTY(bool hasCredentials READ hasCredentials NOTIFY hasCredentialsChanged)
@@ -45,7 +46,7 @@ public:
 
     [[nodiscard]] bool isLoading() const;
     [[nodiscard]] QString loadingMessage() const;
-    [[nodiscard]] QString toastMessage() const;
+    [[nodiscard]] QVariant toastMessage() const;
     [[nodiscard]] int toastType() const;
     [[nodiscard]] bool hasCredentials() const;
     [[nodiscard]] int selectedTab() const;

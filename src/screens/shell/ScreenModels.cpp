@@ -8,8 +8,8 @@ ScreenModels::ScreenModels(const ScreenServices& services, QObject* parent)
     , m_home(services.appState)
     , m_signIn(services.appState, services.keychain, services.makeSession,
                [&content = services.content] { content.signedIn(); })
-    , m_live(BrowserKind::Live, services.appState, services.store)
-    , m_movies(BrowserKind::Movies, services.appState, services.store)
+    , m_live(BrowserKind::Live, services.appState, services.store, services.catalogue)
+    , m_movies(BrowserKind::Movies, services.appState, services.store, services.catalogue)
     , m_player(services.appState, services.playerManager, services.content, services.scheduler)
     , m_toastTimer(services.content, services.scheduler) {}
 

@@ -13,7 +13,7 @@ ToastTimer::ToastTimer(ContentViewModel& content, Scheduler& scheduler, QObject*
 }
 
 void ToastTimer::toastChanged() {
-    const bool isPresent = !m_content.toastMessage().isEmpty();
+    const bool isPresent = m_content.toastMessage().isValid();
     if (isPresent && !m_isShown) {
         m_timers.push_back(m_scheduler.once(seconds, [this] { timeIsOver(); }));
     }

@@ -162,7 +162,6 @@ FocusScope {
                     width: 32
                     height: Theme.controlHeight
                     running: view.model.isChecking
-                    color: Theme.accent
                 }
             }
             Notice {

@@ -1,11 +1,9 @@
 import QtQuick
-import QtQuick.Shapes
 import Ondavia
 
 /// Says that something is under way. With less motion asked for it stands still as an open ring.
 Item {
     id: spinner
-    property color color: "#ffffff"
     property bool running: true
 
     implicitWidth: 40
@@ -14,27 +12,13 @@ Item {
     Accessible.role: Accessible.Animation
     Accessible.name: Texts.get("common.inProgress", "Em curso")
 
-    Shape {
-        id: ring
+    Image {
         anchors.fill: parent
-        layer.enabled: true
-        layer.smooth: true
-        layer.textureSize.width: width * 3
-        layer.textureSize.height: height * 3
-        ShapePath {
-            strokeColor: spinner.color
-            strokeWidth: Math.max(3, spinner.width / 12)
-            fillColor: "transparent"
-            capStyle: ShapePath.RoundCap
-            PathAngleArc {
-                centerX: spinner.width / 2
-                centerY: spinner.height / 2
-                radiusX: spinner.width / 2 - 3
-                radiusY: spinner.height / 2 - 3
-                startAngle: -90
-                sweepAngle: 270
-            }
-        }
+        source: Qt.resolvedUrl("spinner.svg")
+        fillMode: Image.PreserveAspectFit
+        sourceSize: Qt.size(spinner.width * Screen.devicePixelRatio, spinner.height * Screen.devicePixelRatio)
+        asynchronous: true
+        Accessible.ignored: true
         RotationAnimator on rotation {
             running: spinner.running && spinner.visible && Theme.motion > 0
             from: 0

@@ -4,19 +4,20 @@ import Ondavia
 /// A short message on the colour of its kind, near the bottom. Keeps its last text while it fades away.
 Item {
     id: toast
-    property string message
+    /// A text; undefined when there is no toast.
+    property var message
     /// In the order of the kinds: info, success, warning, error.
     property int type: 0
     signal dismissed()
 
-    readonly property bool isShown: toast.message !== ""
+    readonly property bool isShown: toast.message !== undefined
     property string lastMessage
     readonly property var symbols: ["info.circle.fill", "checkmark.circle.fill", "exclamationmark.triangle.fill",
                                     "xmark.circle.fill"]
     readonly property var colors: [Qt.rgba(0.04, 0.40, 0.92, 0.9), Qt.rgba(0.08, 0.55, 0.27, 0.9),
                                    Qt.rgba(0.80, 0.42, 0.0, 0.9), Qt.rgba(0.80, 0.14, 0.14, 0.9)]
 
-    onMessageChanged: if (toast.message !== "") toast.lastMessage = toast.message
+    onMessageChanged: if (toast.message !== undefined) toast.lastMessage = toast.message
 
     width: Math.min(parent.width - Theme.narrowPageMargin * 2, content.implicitWidth + Theme.unit * 10)
     height: Math.max(Theme.controlHeight + Theme.unit * 2, label.height + Theme.unit * 6)

@@ -1,7 +1,8 @@
-#include "guide/UUIDSource.h"
+#include "guide/RandomUUID.h"
 
 #include <array>
 #include <cstdint>
+#include <random>
 
 namespace ondavia {
 namespace {
@@ -24,12 +25,10 @@ std::mt19937_64 seededBits() {
 
 } // namespace
 
-UUIDSource::UUIDSource()
-    : m_bits(seededBits()) {}
-
-std::string UUIDSource::next() {
-    const std::array<std::uint64_t, 2> halves{(m_bits() & versionMask) | version4,
-                                              (m_bits() & variantMask) | variant};
+std::string randomUUID() {
+    thread_local std::mt19937_64 bits = seededBits();
+    const std::array<std::uint64_t, 2> halves{(bits() & versionMask) | version4,
+                                              (bits() & variantMask) | variant};
     std::string text = "00000000-0000-0000-0000-000000000000";
     std::size_t digit = 0;
     for (char& character : text) {
