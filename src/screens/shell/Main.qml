@@ -70,7 +70,7 @@ Window {
             id: quit
             anchors.fill: parent
             title: Texts.get("app.quitTitle", "Sair da Ondavia?")
-            message: Texts.get("app.quitMessage", "Os favoritos e o ponto de cada filme ficam guardados.")
+            message: Texts.get("app.quitMessage", "O catálogo fica guardado para a próxima vez.")
             acceptText: Texts.get("app.quit", "Sair")
             rejectText: Texts.get("app.stay", "Ficar")
             onAccepted: window.close()
