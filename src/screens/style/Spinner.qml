@@ -16,7 +16,8 @@ Item {
         anchors.fill: parent
         source: Qt.resolvedUrl("spinner.svg")
         fillMode: Image.PreserveAspectFit
-        sourceSize: Qt.size(spinner.width * Screen.devicePixelRatio, spinner.height * Screen.devicePixelRatio)
+        sourceSize.width: Math.ceil(spinner.width * Screen.devicePixelRatio)
+        sourceSize.height: Math.ceil(spinner.height * Screen.devicePixelRatio)
         asynchronous: true
         Accessible.ignored: true
         RotationAnimator on rotation {

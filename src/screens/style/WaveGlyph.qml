@@ -8,7 +8,8 @@ Image {
     width: glyph.size * 1.2
     height: glyph.size * 1.2
     source: Qt.resolvedUrl("wave.svg")
-    sourceSize: Qt.size(glyph.width * Screen.devicePixelRatio, glyph.height * Screen.devicePixelRatio)
+    sourceSize.width: Math.ceil(glyph.width * Screen.devicePixelRatio)
+    sourceSize.height: Math.ceil(glyph.height * Screen.devicePixelRatio)
     asynchronous: true
     Accessible.ignored: true
 }
