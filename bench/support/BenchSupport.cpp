@@ -11,6 +11,9 @@
 namespace ondavia::bench {
 namespace {
 
+/// Tells a child when it was started: nanoseconds of the clock that all processes share.
+constexpr const char* startVariable = "ONDAVIA_BENCH_START";
+
 /// A line of /proc/self/status in MiB.
 double statusMemory(std::string_view key) {
     std::ifstream status("/proc/self/status");
@@ -75,6 +78,11 @@ Measurement measure(const std::function<void()>& work) {
 Measurement runChild(const QStringList& arguments) {
     QProcess child;
     child.setProcessChannelMode(QProcess::ForwardedErrorChannel);
+    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+    environment.insert(
+        QString::fromLatin1(startVariable),
+        QString::number(std::chrono::steady_clock::now().time_since_epoch() / std::chrono::nanoseconds(1)));
+    child.setProcessEnvironment(environment);
     child.start(QCoreApplication::applicationFilePath(), arguments);
     constexpr int patience = 600'000;
     child.waitForFinished(patience);
@@ -87,6 +95,15 @@ Measurement runChild(const QStringList& arguments) {
 
 void printForParent(const Measurement& measurement) {
     std::printf("%.6f %.3f %.3f\n", measurement.seconds, measurement.memory, measurement.stall);
+}
+
+std::chrono::steady_clock::time_point startOfChild() {
+    bool isNumber = false;
+    const qlonglong nanoseconds = qEnvironmentVariable(startVariable).toLongLong(&isNumber);
+    if (!isNumber) {
+        throw std::runtime_error("nobody told when this process was started");
+    }
+    return std::chrono::steady_clock::time_point(std::chrono::nanoseconds(nanoseconds));
 }
 
 Comparison compare(int rounds, const QStringList& ours, const QStringList& bare) {

@@ -5,6 +5,7 @@
 #include <QStringList>
 #include <QTimer>
 
+#include <chrono>
 #include <cstdint>
 #include <functional>
 #include <string>
@@ -53,6 +54,8 @@ Measurement measure(const std::function<void()>& work);
 /// std::runtime_error when the child fails.
 Measurement runChild(const QStringList& arguments);
 void printForParent(const Measurement& measurement);
+/// When `runChild` started this process. Raises std::runtime_error when it did not.
+std::chrono::steady_clock::time_point startOfChild();
 
 /// The best of `rounds` runs of each side, taken in turns.
 struct Comparison final {

@@ -1,6 +1,7 @@
 #include "app/MainWindow.h"
 
 #include "app/Services.h"
+#include "platform/linux/GraphicsDriver.h"
 #include "screens/Screens.h"
 
 #include <QQuickWindow>
@@ -13,19 +14,18 @@ MainWindow::MainWindow(Services& services, const std::string& language)
     : m_content(services.syncEnvironment(), services.guideEnvironment()) {
     // While the window is made, which takes longer.
     services.catalogue.prefetch();
-    loadScreens(m_engine, {.appState = services.appState,
-                           .store = *services.store,
-                           .catalogue = services.catalogue,
-                           .playerManager = services.playerManager,
-                           .defaults = *services.defaults,
-                           .keychain = services.keychain,
-                           .makeSession = services.makeSession,
-                           .scheduler = *services.scheduler,
-                           .content = m_content,
-                           .cacheFolder = services.folders.cache,
-                           .language = language});
-    m_window = m_engine.rootObjects().isEmpty() ? nullptr
-                                                : qobject_cast<QQuickWindow*>(m_engine.rootObjects().first());
+    m_window = loadScreens(m_engine, {.appState = services.appState,
+                                      .store = *services.store,
+                                      .catalogue = services.catalogue,
+                                      .playerManager = services.playerManager,
+                                      .defaults = *services.defaults,
+                                      .keychain = services.keychain,
+                                      .makeSession = services.makeSession,
+                                      .scheduler = *services.scheduler,
+                                      .content = m_content,
+                                      .cacheFolder = services.folders.cache,
+                                      .language = language,
+                                      .readGraphicsDriver = readGraphicsDriver});
     if (m_window == nullptr) {
         throw std::runtime_error("the window cannot be opened");
     }

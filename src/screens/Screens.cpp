@@ -5,6 +5,8 @@
 #include "screens/texts/Texts.h"
 
 #include <QQmlApplicationEngine>
+#include <QQmlComponent>
+#include <QQuickWindow>
 
 /// Generated with the module. Calling it keeps the linker from dropping the registration of its types.
 void qml_register_types_Ondavia();
@@ -28,6 +30,10 @@ public:
     PictureNetwork network;
 };
 
+QUrl pageAddress(const char* name) {
+    return {QStringLiteral("qrc:/qt/qml/Ondavia/shell/") + QLatin1String(name)};
+}
+
 } // namespace
 
 void provideScreens(QQmlEngine& engine) {
@@ -36,14 +42,33 @@ void provideScreens(QQmlEngine& engine) {
     engine.addImportPath(QStringLiteral("qrc:/qt/qml"));
 }
 
-void loadScreens(QQmlApplicationEngine& engine, const ScreenServices& services) {
+QQuickWindow* loadScreens(QQmlApplicationEngine& engine, const ScreenServices& services) {
     provideScreens(engine);
     installLanguage(services.language);
     auto* pictures = new OwnedPictureNetwork(services.cacheFolder, &engine);
     engine.setNetworkAccessManagerFactory(&pictures->network);
     auto* models = new ScreenModels(services, &engine);
-    engine.setInitialProperties({{QStringLiteral("models"), QVariant::fromValue(models)}});
-    engine.load(QUrl(QStringLiteral("qrc:/qt/qml/Ondavia/shell/Main.qml")));
+
+    QQmlComponent pages(&engine, pageAddress("RootView.qml"));
+    if (services.readGraphicsDriver) {
+        services.readGraphicsDriver();
+    }
+    QObject* page =
+        pages.createWithInitialProperties({{QStringLiteral("models"), QVariant::fromValue(models)}});
+    if (page == nullptr) {
+        for (const QQmlError& problem : pages.errors()) {
+            qWarning().noquote() << problem.toString();
+        }
+        return nullptr;
+    }
+    engine.setInitialProperties({{QStringLiteral("page"), QVariant::fromValue(page)}});
+    engine.load(pageAddress("Main.qml"));
+    auto* window =
+        engine.rootObjects().isEmpty() ? nullptr : qobject_cast<QQuickWindow*>(engine.rootObjects().first());
+    if (window != nullptr) {
+        page->setParent(window);
+    }
+    return window;
 }
 
 } // namespace ondavia

@@ -3,10 +3,12 @@
 #include "platform/URLSession.h"
 
 #include <filesystem>
+#include <functional>
 #include <string>
 
 class QQmlApplicationEngine;
 class QQmlEngine;
+class QQuickWindow;
 
 namespace ondavia {
 
@@ -34,13 +36,17 @@ struct ScreenServices final {
     std::filesystem::path cacheFolder;
     /// Language code of the texts; empty for the user's own.
     std::string language;
+    /// Begins to read from disk what drawing needs, and returns; empty to leave that to the window. Called
+    /// when the pages are about to be made, which neither draws nor loads libraries, so that both go on at
+    /// once.
+    std::function<void()> readGraphicsDriver = {};
 };
 
 /// Makes the module `Ondavia`, which the screens are written in, known to `engine`. Main thread.
 void provideScreens(QQmlEngine& engine);
 
-/// Builds the view-models, which live as long as `engine`, and opens the window. `engine` has no root
-/// object afterwards if that failed. Main thread.
-void loadScreens(QQmlApplicationEngine& engine, const ScreenServices& services);
+/// Builds the view-models, which live as long as `engine`, makes the pages and opens the window, which is
+/// the engine's. Null if that failed. Main thread.
+QQuickWindow* loadScreens(QQmlApplicationEngine& engine, const ScreenServices& services);
 
 } // namespace ondavia

@@ -87,6 +87,13 @@ TEST_F(ScreensTest, AListOfManyTitlesMakesOnlyTheRowsInSight) {
             [&](QQuickItem& item) { cards += accessibleName(item).startsWith(QStringLiteral("Filme ")); });
     EXPECT_GT(cards, 5);
     EXPECT_LT(cards, 150);
+    // Those beyond the view come once the first frame is out, for the scrolling that follows.
+    QQuickItem* grid = nullptr;
+    collect(*window->contentItem(), [&](QQuickItem& item) {
+        grid = item.objectName() == QStringLiteral("movieGrid") ? &item : grid;
+    });
+    ASSERT_NE(grid, nullptr);
+    EXPECT_TRUE(waitUntil([grid] { return grid->property("cacheBuffer").toReal() >= grid->height(); }));
 }
 
 } // namespace

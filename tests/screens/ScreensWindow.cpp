@@ -50,15 +50,14 @@ void ScreensTest::show(int width, int height, const std::string& language) {
     messages.clear();
     installMessages(&messages);
     engine = std::make_unique<QQmlApplicationEngine>();
-    loadScreens(*engine, services(language));
-    if (engine->rootObjects().isEmpty()) {
+    window = loadScreens(*engine, services(language));
+    if (window == nullptr) {
         throw std::runtime_error(::testing::PrintToString(messages));
     }
-    window = qobject_cast<QQuickWindow*>(engine->rootObjects().first());
     window->resize(width, height);
     ASSERT_TRUE(QTest::qWaitForWindowExposed(window));
     window->requestActivate();
-    models = window->property("models").value<ScreenModels*>();
+    models = window->findChild<QObject*>(QStringLiteral("root"))->property("models").value<ScreenModels*>();
     drainEvents();
     settle();
 }

@@ -1,5 +1,6 @@
 #include "screens/texts/Texts.h"
 
+#include "screens/style/Environment.h"
 #include "screens/style/Icons.h"
 
 #include <QDirIterator>
@@ -127,8 +128,9 @@ TEST(ChosenLanguage, IsTheFirstPreferredOneThatIsThere) {
 }
 
 TEST(IconTable, EverySymbolHasAGlyphInTheFont) {
-    const QRawFont font = QRawFont::fromFont(QFont(QStringLiteral("Material Icons")));
-    ASSERT_EQ(font.familyName(), QStringLiteral("Material Icons")) << "the icon font is not installed";
+    const Environment environment;
+    const QRawFont font = QRawFont::fromFont(QFont(environment.iconFamily()));
+    ASSERT_EQ(font.familyName(), QStringLiteral("Material Icons"));
     for (const IconEntry& icon : iconTable()) {
         EXPECT_TRUE(font.supportsCharacter(QChar(icon.codePoint))) << icon.symbol;
     }

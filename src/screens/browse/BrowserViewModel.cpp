@@ -33,6 +33,12 @@ const char* BrowserViewModel::type() const {
 }
 
 std::vector<CategoryRow> BrowserViewModel::countedCategories() const {
+    const std::vector<CategoryItem>& categories =
+        m_kind == BrowserKind::Live ? m_appState.liveCategories() : m_appState.vodCategories();
+    if (categories.empty()) {
+        // Before the catalogue is there nobody has to wait for its counts.
+        return {};
+    }
     std::unordered_map<std::string, std::int64_t> counts;
     try {
         const auto& groups = m_catalogue.groups(type());
@@ -41,8 +47,7 @@ std::vector<CategoryRow> BrowserViewModel::countedCategories() const {
         AppLogger::general.error("The categories could not be counted: %s", {error.what()});
     }
     std::vector<CategoryRow> rows;
-    for (const CategoryItem& item :
-         m_kind == BrowserKind::Live ? m_appState.liveCategories() : m_appState.vodCategories()) {
+    for (const CategoryItem& item : categories) {
         const auto count = counts.find(item.name);
         if (count != counts.end()) {
             rows.push_back({item.name, count->second});

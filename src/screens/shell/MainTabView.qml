@@ -95,8 +95,10 @@ FocusScope {
 
                 function visit() {
                     if (tab.isCurrent && tab.item === null)
+                        // At its final size from the start, so that no page is laid out twice.
                         tab.setSource(Qt.resolvedUrl("../style/NavigationStack.qml"), {
-                            firstPage: tab.modelData.page, firstProperties: tab.modelData.properties, focus: true
+                            width: tab.width, height: tab.height, focus: true,
+                            firstPage: tab.modelData.page, firstProperties: tab.modelData.properties
                         })
                 }
 

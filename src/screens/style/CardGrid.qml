@@ -15,7 +15,6 @@ GridView {
     activeFocusOnTab: count > 0
     keyNavigationEnabled: true
     boundsBehavior: Flickable.StopAtBounds
-    cacheBuffer: Math.max(0, height)
     highlightMoveDuration: Theme.motion
     currentIndex: 0
     Accessible.role: Accessible.List
@@ -24,6 +23,13 @@ GridView {
     onActiveFocusChanged: {
         if (activeFocus && currentItem === null && count > 0)
             currentIndex = Math.max(0, indexAt(1, contentY + 1))
+    }
+    // Cards beyond the view wait for the first frame of those in it.
+    cacheBuffer: 0
+    Connections {
+        target: grid.Window.window
+        enabled: grid.cacheBuffer === 0
+        function onFrameSwapped() { grid.cacheBuffer = Qt.binding(() => Math.max(1, grid.height)) }
     }
     T.ScrollBar.vertical: ScrollBar {}
 }

@@ -1,15 +1,24 @@
 #include "screens/style/Environment.h"
 
+#include "platform/PoolWork.h"
+
 #include <QDBusConnection>
 #include <QDBusMessage>
 #include <QDBusPendingCallWatcher>
 #include <QDBusPendingReply>
 #include <QDBusVariant>
 #include <QFontDatabase>
+#include <QGuiApplication>
 
 namespace ondavia {
 
 namespace {
+
+/// From our own copy: of the several files that a system may have of it, a compressed one is slow to open.
+QString loadIconFont() {
+    const int font = QFontDatabase::addApplicationFont(QStringLiteral(":/ondavia/fonts/icons.ttf"));
+    return QFontDatabase::applicationFontFamilies(font).value(0);
+}
 
 /// The portal packs the value into one variant or, in its older form, into two.
 QVariant unpacked(QVariant value) {
@@ -23,10 +32,14 @@ QVariant unpacked(QVariant value) {
 
 Environment::Environment(QObject* parent)
     : QObject(parent)
-    , m_fontFamily(QFontDatabase::families().contains(QStringLiteral("Inter"))
+    , m_fontFamily(QFontDatabase::hasFamily(QStringLiteral("Inter"))
                        ? QStringLiteral("Inter")
-                       : QFontDatabase::systemFont(QFontDatabase::GeneralFont).family()) {
-    askDesktop();
+                       : QFontDatabase::systemFont(QFontDatabase::GeneralFont).family())
+    , m_iconFamily(loadIconFont()) {
+    // Texts start out in the application's font: without this one another would be loaded for nothing.
+    QGuiApplication::setFont(QFont(m_fontFamily));
+    // The first to ask for the session bus waits until it is there.
+    runOnPool([] { QDBusConnection::sessionBus(); }).then(this, [this] { askDesktop(); });
 }
 
 void Environment::setReducedMotion(bool reduced) {

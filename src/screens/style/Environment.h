@@ -22,7 +22,7 @@ public:
 
     /// Inter, or the system's font where Inter is missing.
     [[nodiscard]] QString fontFamily() const { return m_fontFamily; }
-    [[nodiscard]] QString iconFamily() const { return QStringLiteral("Material Icons"); }
+    [[nodiscard]] QString iconFamily() const { return m_iconFamily; }
     [[nodiscard]] bool reducedMotion() const { return m_reducedMotion; }
     void setReducedMotion(bool reduced);
     Q_SIGNAL void reducedMotionChanged();
@@ -31,6 +31,7 @@ private:
     void askDesktop();
 
     QString m_fontFamily;
+    QString m_iconFamily;
     bool m_reducedMotion = false;
 };
 

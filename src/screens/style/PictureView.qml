@@ -23,7 +23,8 @@ Item {
         id: image
         anchors.fill: parent
         anchors.margins: view.inset
-        source: view.source
+        // The size to load is not known before there is a screen.
+        source: view.Window.window ? view.source : ""
         asynchronous: true
         fillMode: Image.PreserveAspectCrop
         sourceSize.width: Math.ceil(width * Screen.devicePixelRatio)

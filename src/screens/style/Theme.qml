@@ -28,6 +28,9 @@ QtObject {
     readonly property int cardRadius: 12
     readonly property int pageMargin: 24
     readonly property int narrowPageMargin: 16
+    /// The window's size at its first start.
+    readonly property int windowWidth: 1280
+    readonly property int windowHeight: 800
     /// From here on a window is wide: rail at the left instead of a bar at the bottom.
     readonly property int wideWindow: 900
     readonly property int controlHeight: 48
