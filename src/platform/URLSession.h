@@ -3,6 +3,7 @@
 #include <QString>
 #include <qcoro/qcorotask.h>
 
+#include <atomic>
 #include <cstdint>
 #include <functional>
 #include <memory>
@@ -56,7 +57,7 @@ public:
 /// Plain GETs over HTTP and HTTPS. Replies are inflated, redirects followed (16 at most), certificates
 /// verified. Nothing is cached and no header is added beyond the platform's defaults.
 ///
-/// Both operations are awaited on a thread with an event loop and resume there; sockets are served
+/// `data` and `stream` are awaited on a thread with an event loop and resume there; sockets are served
 /// elsewhere, so that a busy main thread slows no download. A transfer runs to its
 /// end, whoever still waits for it.
 class URLSession {
@@ -71,6 +72,10 @@ public:
     virtual ~URLSession() = default;
     /// The whole reply. Raises URLError.
     virtual QCoro::Task<URLResponse> data(QUrl url, std::vector<Header> headers = {}) = 0;
+    /// The whole reply of at most `maximumBody` bytes after inflation, awaited by standing still: for
+    /// threads without an event loop, which find the connection of their last call again. Ends early with a
+    /// URLError when `stop` becomes true, within about a second. Any thread but the main one.
+    virtual URLResponse fetch(const QUrl& url, std::size_t maximumBody, const std::atomic_bool& stop) = 0;
     /// The reply through `reader`, which may take its time: what it has not taken yet stays
     /// with the server, but for the socket's buffers. Raises
     /// URLError, or what the reader threw.

@@ -1,6 +1,6 @@
 #include "screens/Screens.h"
 
-#include "screens/browse/PictureNetwork.h"
+#include "screens/browse/PictureProvider.h"
 #include "screens/shell/ScreenModels.h"
 #include "screens/texts/Texts.h"
 
@@ -21,14 +21,8 @@ namespace ondavia {
 
 namespace {
 
-/// The engine wants a factory that outlives it; as its child's property it goes right after it.
-class OwnedPictureNetwork final : public QObject {
-public:
-    OwnedPictureNetwork(const std::filesystem::path& cacheFolder, QObject* parent)
-        : QObject(parent)
-        , network(cacheFolder) {}
-    PictureNetwork network;
-};
+/// Longest silence of a picture server, in seconds.
+constexpr double pictureTimeout = 20;
 
 QUrl pageAddress(const char* name) {
     return {QStringLiteral("qrc:/qt/qml/Ondavia/shell/") + QLatin1String(name)};
@@ -45,8 +39,10 @@ void provideScreens(QQmlEngine& engine) {
 QQuickWindow* loadScreens(QQmlApplicationEngine& engine, const ScreenServices& services) {
     provideScreens(engine);
     installLanguage(services.language);
-    auto* pictures = new OwnedPictureNetwork(services.cacheFolder, &engine);
-    engine.setNetworkAccessManagerFactory(&pictures->network);
+    // The engine's from here on.
+    engine.addImageProvider(QLatin1String(PictureProvider::name),
+                            new PictureProvider(services.makeSession({.requestTimeout = pictureTimeout}),
+                                                services.cacheFolder / "pictures"));
     auto* models = new ScreenModels(services, &engine);
 
     QQmlComponent pages(&engine, pageAddress("RootView.qml"));

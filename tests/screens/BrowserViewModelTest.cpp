@@ -121,14 +121,5 @@ TEST_F(BrowserTest, ARatingOfZeroIsNone) {
     EXPECT_EQ(texts(*browser.model.titles(), ChannelListModel::RatingRole), (Texts{"7.5", "", ""}));
 }
 
-TEST(PictureUrl, TakesPicturesOfTheWebOnly) {
-    EXPECT_EQ(pictureUrl("https://img.example/a b.png"), QUrl(QStringLiteral("https://img.example/a b.png")));
-    for (const char* text :
-         {"", "file:///etc/passwd", "qrc:/x.png", "/etc/passwd", "image://x/y", "n/a", "http"}) {
-        EXPECT_TRUE(pictureUrl(text).isEmpty()) << text;
-    }
-    EXPECT_TRUE(pictureUrl(std::nullopt).isEmpty());
-}
-
 } // namespace
 } // namespace ondavia::testing

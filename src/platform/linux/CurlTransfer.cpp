@@ -2,6 +2,7 @@
 
 #include <chrono>
 #include <curl/curl.h>
+#include <memory>
 
 namespace ondavia {
 namespace {
@@ -13,17 +14,22 @@ constexpr long readSize = 256L << 10;
 
 using Clock = std::chrono::steady_clock;
 
+/// One for each thread, since it keeps the connection of the last transfer open for the next.
+CURL* handleOfThread() {
+    thread_local const std::unique_ptr<CURL, decltype(&curl_easy_cleanup)> handle(curl_easy_init(),
+                                                                                  &curl_easy_cleanup);
+    curl_easy_reset(handle.get());
+    return handle.get();
+}
+
 class Transfer final {
 public:
     Transfer(const TransferRequest& request, URLBodyReader& reader, const std::atomic_bool& stop)
         : m_request(request)
         , m_reader(reader)
         , m_stop(stop)
-        , m_curl(curl_easy_init()) {}
-    ~Transfer() {
-        curl_slist_free_all(m_headers);
-        curl_easy_cleanup(m_curl);
-    }
+        , m_curl(handleOfThread()) {}
+    ~Transfer() { curl_slist_free_all(m_headers); }
     Transfer(const Transfer&) = delete;
     Transfer& operator=(const Transfer&) = delete;
 

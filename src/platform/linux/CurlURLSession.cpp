@@ -73,6 +73,12 @@ public:
         co_return std::move(reader->response);
     }
 
+    URLResponse fetch(const QUrl& url, std::size_t maximumBody, const std::atomic_bool& stop) override {
+        CollectingReader reader;
+        performTransfer(request(url, {}, maximumBody), reader, stop);
+        return std::move(reader.response);
+    }
+
     QCoro::Task<void> stream(QUrl url, std::shared_ptr<URLBodyReader> reader) override {
         return run(request(url, {}, maximumStreamedBody), std::move(reader));
     }

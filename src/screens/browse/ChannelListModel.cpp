@@ -1,6 +1,7 @@
 #include "screens/browse/ChannelListModel.h"
 
 #include "base/AppLogger.h"
+#include "screens/browse/PictureProvider.h"
 #include "store/LibraryStore.h"
 
 #include <QUrl>
@@ -17,12 +18,6 @@ QString ratingText(const Channel& channel) {
 }
 
 } // namespace
-
-QUrl pictureUrl(const std::optional<std::string>& text) {
-    const QUrl url(QString::fromStdString(text.value_or(std::string())), QUrl::TolerantMode);
-    const bool isOfTheWeb = url.scheme() == QLatin1String("http") || url.scheme() == QLatin1String("https");
-    return isOfTheWeb ? url : QUrl();
-}
 
 ChannelListModel::ChannelListModel(LibraryStore& store, QObject* parent)
     : QAbstractListModel(parent)

@@ -49,8 +49,4 @@ private:
     mutable QCache<std::int64_t, Channel> m_rows;
 };
 
-/// The address of a provider's picture: absent unless it is one of the web, since the text comes from
-/// outside and must not name a file of this machine.
-[[nodiscard]] QUrl pictureUrl(const std::optional<std::string>& text);
-
 } // namespace ondavia

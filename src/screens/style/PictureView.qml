@@ -17,19 +17,21 @@ Item {
         anchors.fill: parent
         radius: view.radius
         visible: image.opacity < 1 || view.inset > 0
-        symbol: image.status === Image.Ready ? "" : view.symbol
+        symbol: image.isThere ? "" : view.symbol
     }
     Image {
         id: image
         anchors.fill: parent
         anchors.margins: view.inset
+        readonly property bool isThere: status === Image.Ready && implicitWidth > 0
         // The size to load is not known before there is a screen.
-        source: view.Window.window ? view.source : ""
+        source: view.Window.window && width > 0 && height > 0 ? view.source : ""
         asynchronous: true
         fillMode: Image.PreserveAspectCrop
-        sourceSize.width: Math.ceil(width * Screen.devicePixelRatio)
-        sourceSize.height: Math.ceil(height * Screen.devicePixelRatio)
-        opacity: status === Image.Ready ? 1 : 0
+        // In steps, so that a window that changes its size does not load everything at each pixel.
+        sourceSize.width: Math.ceil(width * Screen.devicePixelRatio / 64) * 64
+        sourceSize.height: Math.ceil(height * Screen.devicePixelRatio / 64) * 64
+        opacity: isThere ? 1 : 0
         Behavior on opacity { NumberAnimation { duration: Theme.motion; easing.type: Theme.motionCurve } }
         Accessible.ignored: true
     }

@@ -1,0 +1,160 @@
+#include "screens/browse/PictureProvider.h"
+
+#include "platform/URLSession.h"
+#include "support/TestSupport.h"
+
+#include <QBuffer>
+#include <QDir>
+#include <QImage>
+#include <QNetworkDiskCache>
+
+#include <gtest/gtest.h>
+
+#include <thread>
+
+namespace ondavia::testing {
+namespace {
+
+const std::string address = "http://img.example/a b/1.jpg?token=x%2Fy";
+
+std::string encoded(QSize size, const QColor& colour = Qt::red) {
+    QImage image(size, QImage::Format_RGB32);
+    image.fill(colour);
+    QByteArray bytes;
+    QBuffer buffer(&bytes);
+    buffer.open(QIODevice::WriteOnly);
+    image.save(&buffer, "PNG");
+    return bytes.toStdString();
+}
+
+/// Answers every address with the same reply, or stands still until it is told to stop.
+class ScriptedSession final : public URLSession {
+public:
+    QCoro::Task<URLResponse> data(QUrl /*url*/, std::vector<Header> /*headers*/) override {
+        co_return URLResponse();
+    }
+    QCoro::Task<void> stream(QUrl /*url*/, std::shared_ptr<URLBodyReader> /*reader*/) override { co_return; }
+    URLResponse fetch(const QUrl& url, std::size_t maximumBody, const std::atomic_bool& stop) override {
+        asked.push_back(url.toEncoded().toStdString());
+        bound = maximumBody;
+        isUnderWay = true;
+        while (neverAnswers && !stop) {
+            std::this_thread::yield();
+        }
+        if (neverAnswers || fails) {
+            throw URLError(7, "TEST", "no route");
+        }
+        return response;
+    }
+
+    URLResponse response{200, encoded({400, 600})};
+    std::vector<std::string> asked;
+    std::size_t bound = 0;
+    bool fails = false;
+    bool neverAnswers = false;
+    std::atomic_bool isUnderWay = false;
+};
+
+class PictureProviderTest : public ::testing::Test {
+protected:
+    /// What a page gets to draw; null for nothing.
+    QImage load(QSize size = {}) {
+        PictureProvider provider(session, folder.path());
+        const std::unique_ptr<QQuickImageResponse> response(provider.requestImageResponse(id(), size));
+        bool isFinished = false;
+        QObject::connect(response.get(), &QQuickImageResponse::finished, [&] { isFinished = true; });
+        EXPECT_TRUE(waitUntil([&] { return isFinished; }));
+        EXPECT_EQ(response->errorString(), QString()) << "a missing picture is no fault of the program";
+        const std::unique_ptr<QQuickTextureFactory> drawing(response->textureFactory());
+        return drawing ? drawing->image() : QImage();
+    }
+    static QString id() { return pictureUrl(address).path().mid(1); }
+    /// As if the picture had been fetched longer ago than pictures are kept.
+    void age() {
+        QNetworkDiskCache cache;
+        cache.setCacheDirectory(QString::fromStdString(folder.path().string()));
+        const QUrl url(QString::fromStdString(address));
+        const std::unique_ptr<QIODevice> file(cache.data(url));
+        ASSERT_TRUE(file);
+        const QByteArray bytes = file->readAll();
+        QNetworkCacheMetaData entry = cache.metaData(url);
+        entry.setExpirationDate(QDateTime::currentDateTimeUtc().addSecs(-1));
+        QIODevice* again = cache.prepare(entry);
+        again->write(bytes);
+        cache.insert(again);
+    }
+
+    TemporaryFolder folder;
+    std::shared_ptr<ScriptedSession> session = std::make_shared<ScriptedSession>();
+};
+
+TEST_F(PictureProviderTest, AsksForTheAddressOfTheCatalogueWithinABound) {
+    EXPECT_FALSE(load().isNull());
+    EXPECT_EQ(session->asked, std::vector{QUrl(QString::fromStdString(address)).toEncoded().toStdString()});
+    EXPECT_EQ(session->bound, std::size_t{16} << 20);
+}
+
+TEST_F(PictureProviderTest, MakesAPictureThatCoversWhatWasAskedForAndNeverEnlargesOne) {
+    EXPECT_EQ(load({128, 128}).size(), QSize(128, 192));
+    EXPECT_EQ(load({800, 800}).size(), QSize(400, 600));
+    EXPECT_EQ(load({}).size(), QSize(400, 600));
+}
+
+TEST_F(PictureProviderTest, KeepsPicturesForTheNextStart) {
+    load();
+    EXPECT_FALSE(load().isNull());
+    EXPECT_EQ(session->asked.size(), 1U);
+}
+
+TEST_F(PictureProviderTest, AsksAgainForAnOldPictureAndMakesDoWithItWhenThereIsNoNewOne) {
+    load();
+    age();
+    session->fails = true;
+    EXPECT_FALSE(load().isNull());
+    session->fails = false;
+    session->response.body = encoded({40, 60}, Qt::blue);
+    EXPECT_EQ(load().pixelColor(5, 5), QColor(Qt::blue));
+    EXPECT_EQ(session->asked.size(), 3U);
+}
+
+TEST_F(PictureProviderTest, IsEmptyWithoutAWordWhenThereIsNone) {
+    session->response = {404, encoded({400, 600})};
+    EXPECT_TRUE(load().isNull());
+    session->response = {200, "no picture at all"};
+    EXPECT_TRUE(load().isNull());
+    session->response = {200, ""};
+    EXPECT_TRUE(load().isNull());
+    session->fails = true;
+    EXPECT_TRUE(load().isNull());
+    EXPECT_EQ(session->asked.size(), 4U) << "what is no picture is not kept";
+}
+
+TEST_F(PictureProviderTest, EndsInTheMiddleOfATransfer) {
+    session->neverAnswers = true;
+    auto provider = std::make_unique<PictureProvider>(session, folder.path());
+    const std::unique_ptr<QQuickImageResponse> response(provider->requestImageResponse(id(), {}));
+    ASSERT_TRUE(waitUntil([this] { return session->isUnderWay.load(); }));
+    provider.reset();
+}
+
+TEST_F(PictureProviderTest, AResponseMayGoBeforeItsPictureComes) {
+    session->neverAnswers = true;
+    PictureProvider provider(session, folder.path());
+    std::unique_ptr<QQuickImageResponse> response(provider.requestImageResponse(id(), {}));
+    ASSERT_TRUE(waitUntil([this] { return session->isUnderWay.load(); }));
+    response->cancel();
+    response.reset();
+}
+
+TEST(PictureUrl, TakesPicturesOfTheWebOnly) {
+    EXPECT_EQ(pictureUrl("https://img.example/a b.png").toString(),
+              QStringLiteral("image://pictures/aHR0cHM6Ly9pbWcuZXhhbXBsZS9hJTIwYi5wbmc"));
+    for (const char* text :
+         {"", "file:///etc/passwd", "qrc:/x.png", "/etc/passwd", "image://x/y", "n/a", "http"}) {
+        EXPECT_TRUE(pictureUrl(text).isEmpty()) << text;
+    }
+    EXPECT_TRUE(pictureUrl(std::nullopt).isEmpty());
+}
+
+} // namespace
+} // namespace ondavia::testing
