@@ -1,10 +1,10 @@
 #pragma once
 
+#include "screens/Screens.h"
 #include "screens/shell/ContentViewModel.h"
 
-#include <QQmlApplicationEngine>
-
-class QQuickWindow;
+#include <optional>
+#include <string>
 
 namespace ondavia {
 
@@ -17,12 +17,11 @@ public:
     /// when the window cannot be opened.
     MainWindow(Services& services, const std::string& language);
 
-    [[nodiscard]] QQuickWindow& window() const { return *m_window; }
+    [[nodiscard]] QQuickWindow& window() const { return m_screens->window(); }
 
 private:
     ContentViewModel m_content;
-    QQmlApplicationEngine m_engine;
-    QQuickWindow* m_window = nullptr;
+    std::optional<Screens> m_screens;
 };
 
 } // namespace ondavia

@@ -2,11 +2,16 @@
 
 #include "screens/browse/PictureProvider.h"
 #include "screens/shell/ScreenModels.h"
+#include "screens/style/Environment.h"
 #include "screens/texts/Texts.h"
 
-#include <QQmlApplicationEngine>
 #include <QQmlComponent>
+#include <QQmlEngine>
+#include <QQmlIncubationController>
+#include <QQuickItem>
 #include <QQuickWindow>
+
+#include <stdexcept>
 
 /// Generated with the module. Calling it keeps the linker from dropping the registration of its types.
 void qml_register_types_Ondavia();
@@ -24,8 +29,31 @@ namespace {
 /// Longest silence of a picture server, in seconds.
 constexpr double pictureTimeout = 20;
 
+/// What a page of the shell makes, in the caller's hands. Raises std::runtime_error.
+template<class Type>
+std::unique_ptr<Type> make(QQmlComponent& page, const char* property, const QVariant& value) {
+    std::unique_ptr<QObject> object(
+        page.createWithInitialProperties({{QString::fromLatin1(property), value}}));
+    auto* made = qobject_cast<Type*>(object.get());
+    if (made == nullptr) {
+        throw std::runtime_error("the window cannot be opened: " + page.errorString().toStdString());
+    }
+    object.release();
+    return std::unique_ptr<Type>(made);
+}
+
 QUrl pageAddress(const char* name) {
     return {QStringLiteral("qrc:/qt/qml/Ondavia/shell/") + QLatin1String(name)};
+}
+
+/// A list that goes while Qt makes an entry for it beside the event loop leaves memory behind that is still
+/// written to.
+void finishEntries(const QQmlEngine& engine) {
+    constexpr int slice = 20;
+    QQmlIncubationController* entries = engine.incubationController();
+    while (entries != nullptr && entries->incubatingObjectCount() > 0) {
+        entries->incubateFor(slice);
+    }
 }
 
 } // namespace
@@ -36,35 +64,32 @@ void provideScreens(QQmlEngine& engine) {
     engine.addImportPath(QStringLiteral("qrc:/qt/qml"));
 }
 
-QQuickWindow* loadScreens(QQmlApplicationEngine& engine, const ScreenServices& services) {
-    provideScreens(engine);
+Screens::Screens(const ScreenServices& services)
+    : m_pictures(std::make_shared<PictureLoader>(services.makeSession({.requestTimeout = pictureTimeout}),
+                                                 services.cacheFolder / "pictures"))
+    , m_engine(std::make_unique<QQmlEngine>())
+    , m_models(std::make_unique<ScreenModels>(services)) {
+    provideScreens(*m_engine);
     installLanguage(services.language);
-    // The engine's from here on.
-    engine.addImageProvider(QLatin1String(PictureProvider::name),
-                            new PictureProvider(services.makeSession({.requestTimeout = pictureTimeout}),
-                                                services.cacheFolder / "pictures"));
-    auto* models = new ScreenModels(services, &engine);
+    m_engine->addImageProvider(QLatin1String(PictureProvider::name), new PictureProvider(m_pictures));
+    QQmlEngine::setObjectOwnership(m_models.get(), QQmlEngine::CppOwnership);
 
-    QQmlComponent pages(&engine, pageAddress("RootView.qml"));
+    QQmlComponent pages(m_engine.get(), pageAddress("RootView.qml"));
     if (services.readGraphicsDriver) {
         services.readGraphicsDriver();
     }
-    QObject* page =
-        pages.createWithInitialProperties({{QStringLiteral("models"), QVariant::fromValue(models)}});
-    if (page == nullptr) {
-        for (const QQmlError& problem : pages.errors()) {
-            qWarning().noquote() << problem.toString();
-        }
-        return nullptr;
-    }
-    engine.setInitialProperties({{QStringLiteral("page"), QVariant::fromValue(page)}});
-    engine.load(pageAddress("Main.qml"));
-    auto* window =
-        engine.rootObjects().isEmpty() ? nullptr : qobject_cast<QQuickWindow*>(engine.rootObjects().first());
-    if (window != nullptr) {
-        page->setParent(window);
-    }
-    return window;
+    auto page = make<QQuickItem>(pages, "models", QVariant::fromValue(m_models.get()));
+    QQmlComponent main(m_engine.get(), pageAddress("Main.qml"));
+    m_window = make<QQuickWindow>(main, "page", QVariant::fromValue(page.get()));
+    m_page = std::move(page);
+    auto* environment = m_engine->singletonInstance<Environment*>(qmlTypeId("Ondavia", 1, 0, "Environment"));
+    QObject::connect(m_window.get(), &QQuickWindow::frameSwapped, environment, &Environment::noteFrame,
+                     static_cast<Qt::ConnectionType>(Qt::QueuedConnection | Qt::SingleShotConnection));
+}
+
+Screens::~Screens() {
+    finishEntries(*m_engine);
+    m_pictures->end();
 }
 
 } // namespace ondavia

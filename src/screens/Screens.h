@@ -4,10 +4,11 @@
 
 #include <filesystem>
 #include <functional>
+#include <memory>
 #include <string>
 
-class QQmlApplicationEngine;
 class QQmlEngine;
+class QQuickItem;
 class QQuickWindow;
 
 namespace ondavia {
@@ -17,11 +18,13 @@ class CatalogueSummary;
 class ContentViewModel;
 class KeychainService;
 class LibraryStore;
+class PictureLoader;
 class PlayerManager;
 class Scheduler;
+class ScreenModels;
 class UserDefaults;
 
-/// What the screens work with. All of it must outlive the engine.
+/// What the screens work with. All of it must outlive them.
 struct ScreenServices final {
     AppState& appState;
     LibraryStore& store;
@@ -45,8 +48,25 @@ struct ScreenServices final {
 /// Makes the module `Ondavia`, which the screens are written in, known to `engine`. Main thread.
 void provideScreens(QQmlEngine& engine);
 
-/// Builds the view-models, which live as long as `engine`, makes the pages and opens the window, which is
-/// the engine's. Null if that failed. Main thread.
-QQuickWindow* loadScreens(QQmlApplicationEngine& engine, const ScreenServices& services);
+/// The view-models, the pages and the window that shows them. Main thread.
+class Screens final {
+public:
+    /// Opens the window. Raises std::runtime_error when that fails.
+    explicit Screens(const ScreenServices& services);
+    ~Screens();
+    Screens(const Screens&) = delete;
+    Screens& operator=(const Screens&) = delete;
+
+    [[nodiscard]] QQuickWindow& window() const { return *m_window; }
+    [[nodiscard]] ScreenModels& models() const { return *m_models; }
+
+private:
+    std::shared_ptr<PictureLoader> m_pictures;
+    std::unique_ptr<QQmlEngine> m_engine;
+    std::unique_ptr<ScreenModels> m_models;
+    std::unique_ptr<QQuickWindow> m_window;
+    /// Goes before its window.
+    std::unique_ptr<QQuickItem> m_page;
+};
 
 } // namespace ondavia

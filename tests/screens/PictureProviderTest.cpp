@@ -55,12 +55,12 @@ public:
     std::atomic_bool isUnderWay = false;
 };
 
-class PictureProviderTest : public ::testing::Test {
+class PictureLoaderTest : public ::testing::Test {
 protected:
     /// What a page gets to draw; null for nothing.
     QImage load(QSize size = {}) {
-        PictureProvider provider(session, folder.path());
-        const std::unique_ptr<QQuickImageResponse> response(provider.requestImageResponse(id(), size));
+        PictureLoader loader(session, folder.path());
+        const std::unique_ptr<QQuickImageResponse> response(loader.load(id(), size));
         bool isFinished = false;
         QObject::connect(response.get(), &QQuickImageResponse::finished, [&] { isFinished = true; });
         EXPECT_TRUE(waitUntil([&] { return isFinished; }));
@@ -88,25 +88,25 @@ protected:
     std::shared_ptr<ScriptedSession> session = std::make_shared<ScriptedSession>();
 };
 
-TEST_F(PictureProviderTest, AsksForTheAddressOfTheCatalogueWithinABound) {
+TEST_F(PictureLoaderTest, AsksForTheAddressOfTheCatalogueWithinABound) {
     EXPECT_FALSE(load().isNull());
     EXPECT_EQ(session->asked, std::vector{QUrl(QString::fromStdString(address)).toEncoded().toStdString()});
     EXPECT_EQ(session->bound, std::size_t{16} << 20);
 }
 
-TEST_F(PictureProviderTest, MakesAPictureThatCoversWhatWasAskedForAndNeverEnlargesOne) {
+TEST_F(PictureLoaderTest, MakesAPictureThatCoversWhatWasAskedForAndNeverEnlargesOne) {
     EXPECT_EQ(load({128, 128}).size(), QSize(128, 192));
     EXPECT_EQ(load({800, 800}).size(), QSize(400, 600));
     EXPECT_EQ(load({}).size(), QSize(400, 600));
 }
 
-TEST_F(PictureProviderTest, KeepsPicturesForTheNextStart) {
+TEST_F(PictureLoaderTest, KeepsPicturesForTheNextStart) {
     load();
     EXPECT_FALSE(load().isNull());
     EXPECT_EQ(session->asked.size(), 1U);
 }
 
-TEST_F(PictureProviderTest, AsksAgainForAnOldPictureAndMakesDoWithItWhenThereIsNoNewOne) {
+TEST_F(PictureLoaderTest, AsksAgainForAnOldPictureAndMakesDoWithItWhenThereIsNoNewOne) {
     load();
     age();
     session->fails = true;
@@ -117,7 +117,7 @@ TEST_F(PictureProviderTest, AsksAgainForAnOldPictureAndMakesDoWithItWhenThereIsN
     EXPECT_EQ(session->asked.size(), 3U);
 }
 
-TEST_F(PictureProviderTest, IsEmptyWithoutAWordWhenThereIsNone) {
+TEST_F(PictureLoaderTest, IsEmptyWithoutAWordWhenThereIsNone) {
     session->response = {404, encoded({400, 600})};
     EXPECT_TRUE(load().isNull());
     session->response = {200, "no picture at all"};
@@ -129,21 +129,32 @@ TEST_F(PictureProviderTest, IsEmptyWithoutAWordWhenThereIsNone) {
     EXPECT_EQ(session->asked.size(), 4U) << "what is no picture is not kept";
 }
 
-TEST_F(PictureProviderTest, EndsInTheMiddleOfATransfer) {
+TEST_F(PictureLoaderTest, EndsInTheMiddleOfATransfer) {
     session->neverAnswers = true;
-    auto provider = std::make_unique<PictureProvider>(session, folder.path());
-    const std::unique_ptr<QQuickImageResponse> response(provider->requestImageResponse(id(), {}));
+    auto loader = std::make_unique<PictureLoader>(session, folder.path());
+    const std::unique_ptr<QQuickImageResponse> response(loader->load(id(), {}));
     ASSERT_TRUE(waitUntil([this] { return session->isUnderWay.load(); }));
-    provider.reset();
+    loader.reset();
 }
 
-TEST_F(PictureProviderTest, AResponseMayGoBeforeItsPictureComes) {
+TEST_F(PictureLoaderTest, AResponseMayGoBeforeItsPictureComes) {
     session->neverAnswers = true;
-    PictureProvider provider(session, folder.path());
-    std::unique_ptr<QQuickImageResponse> response(provider.requestImageResponse(id(), {}));
+    PictureLoader loader(session, folder.path());
+    std::unique_ptr<QQuickImageResponse> response(loader.load(id(), {}));
     ASSERT_TRUE(waitUntil([this] { return session->isUnderWay.load(); }));
     response->cancel();
     response.reset();
+}
+
+TEST_F(PictureLoaderTest, IsEmptyOnceItHasEnded) {
+    PictureLoader loader(session, folder.path());
+    loader.end();
+    const std::unique_ptr<QQuickImageResponse> response(loader.load(id(), {}));
+    bool isFinished = false;
+    QObject::connect(response.get(), &QQuickImageResponse::finished, [&] { isFinished = true; });
+    EXPECT_TRUE(waitUntil([&] { return isFinished; }));
+    EXPECT_EQ(response->textureFactory(), nullptr);
+    EXPECT_TRUE(session->asked.empty());
 }
 
 TEST(PictureUrl, TakesPicturesOfTheWebOnly) {

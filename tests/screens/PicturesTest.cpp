@@ -21,7 +21,7 @@ class PicturesTest : public ScreensTest {
 protected:
     PicturesTest() {
         m_server.server.Get(R"(/(\d+)\.png)",
-                            [](const httplib::Request& request, httplib::Response& response) {
+                            [this](const httplib::Request& request, httplib::Response& response) {
                                 QImage image(400, 600, QImage::Format_RGB32);
                                 image.fill(colourOf(std::stoi(request.matches[1])));
                                 QByteArray bytes;
@@ -29,6 +29,7 @@ protected:
                                 buffer.open(QIODevice::WriteOnly);
                                 image.save(&buffer, "PNG");
                                 response.set_content(bytes.toStdString(), "image/png");
+                                ++m_served;
                             });
         m_server.start();
         // Connections are used again, as with providers: a reply can meet the wrong request.
@@ -67,6 +68,7 @@ protected:
         return cards > 1 ? found : std::vector<int>{-1};
     }
 
+    std::atomic_int m_served = 0;
     HttpServer m_server;
 };
 
@@ -80,6 +82,17 @@ TEST_F(PicturesTest, EachTitleKeepsItsOwnWhileTheWindowChangesItsSize) {
         }
         EXPECT_TRUE(waitUntil([this] { return wrong().empty(); }))
             << "round " << round << ": " << ::testing::PrintToString(wrong());
+    }
+}
+
+TEST_F(PicturesTest, TheWindowMayGoWhileCardsAndTheirPicturesAreMade) {
+    for (int round = 0; round < 6; ++round) {
+        // Without what earlier rounds have kept.
+        std::filesystem::remove_all(folder.path() / "cache");
+        const int before = m_served;
+        screens = std::make_unique<Screens>(services());
+        ASSERT_TRUE(waitUntil([&] { return m_served > before + round; }));
+        screens.reset();
     }
 }
 

@@ -5,7 +5,6 @@
 
 #include <QAccessible>
 #include <QElapsedTimer>
-#include <QQmlApplicationEngine>
 
 namespace ondavia::testing {
 namespace {
@@ -49,15 +48,12 @@ ScreensTest::~ScreensTest() {
 void ScreensTest::show(int width, int height, const std::string& language) {
     messages.clear();
     installMessages(&messages);
-    engine = std::make_unique<QQmlApplicationEngine>();
-    window = loadScreens(*engine, services(language));
-    if (window == nullptr) {
-        throw std::runtime_error(::testing::PrintToString(messages));
-    }
+    screens = std::make_unique<Screens>(services(language));
+    window = &screens->window();
+    models = &screens->models();
     window->resize(width, height);
     ASSERT_TRUE(QTest::qWaitForWindowExposed(window));
     window->requestActivate();
-    models = window->findChild<QObject*>(QStringLiteral("root"))->property("models").value<ScreenModels*>();
     drainEvents();
     settle();
 }

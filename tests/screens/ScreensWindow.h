@@ -10,8 +10,6 @@
 
 #include <gmock/gmock.h>
 
-class QQmlApplicationEngine;
-
 namespace ondavia::testing {
 
 /// Visits every visible item below and including `item`.
@@ -51,7 +49,7 @@ protected:
     Posters posters;
     ScreenModels* models = nullptr;
     QQuickWindow* window = nullptr;
-    std::unique_ptr<QQmlApplicationEngine> engine;
+    std::unique_ptr<Screens> screens;
 };
 
 } // namespace ondavia::testing

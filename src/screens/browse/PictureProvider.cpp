@@ -86,7 +86,7 @@ QUrl pictureUrl(const std::optional<std::string>& text) {
                          QLatin1String(url.toEncoded().toBase64(addressEncoding))));
 }
 
-PictureProvider::PictureProvider(std::shared_ptr<URLSession> session, const std::filesystem::path& folder)
+PictureLoader::PictureLoader(std::shared_ptr<URLSession> session, const std::filesystem::path& folder)
     : m_session(std::move(session))
     , m_cache(std::make_unique<QNetworkDiskCache>()) {
     m_cache->setCacheDirectory(QString::fromStdString(folder.string()));
@@ -94,29 +94,33 @@ PictureProvider::PictureProvider(std::shared_ptr<URLSession> session, const std:
     m_pool.setMaxThreadCount(simultaneousTransfers);
 }
 
-PictureProvider::~PictureProvider() {
+PictureLoader::~PictureLoader() {
+    end();
+}
+
+void PictureLoader::end() {
     m_ends = true;
     m_pool.clear();
     m_pool.waitForDone();
 }
 
-QQuickImageResponse* PictureProvider::requestImageResponse(const QString& id, const QSize& requestedSize) {
+QQuickImageResponse* PictureLoader::load(const QString& id, const QSize& size) {
     auto* response = new PictureResponse;
     const QUrl url = QUrl::fromEncoded(QByteArray::fromBase64(id.toLatin1(), addressEncoding));
-    m_pool.start([this, url, requestedSize, link = response->link()] {
+    m_pool.start([this, url, size, link = response->link()] {
         // One that runs goes on to its end, so that the next to ask finds it on disk.
-        link->deliver(link->isCancelled ? QImage() : picture(url, requestedSize));
+        link->deliver(m_ends || link->isCancelled ? QImage() : picture(url, size));
     });
     return response;
 }
 
-QImage PictureProvider::picture(const QUrl& url, QSize size) {
+QImage PictureLoader::picture(const QUrl& url, QSize size) {
     const QByteArray bytes = bytesOf(url);
     const std::lock_guard lock(m_decoding);
     return bytes.isEmpty() ? QImage() : decode(bytes, size);
 }
 
-QByteArray PictureProvider::bytesOf(const QUrl& url) {
+QByteArray PictureLoader::bytesOf(const QUrl& url) {
     QByteArray bytes = kept(url, false);
     if (bytes.isEmpty()) {
         bytes = fetched(url);
@@ -128,7 +132,7 @@ QByteArray PictureProvider::bytesOf(const QUrl& url) {
     return bytes;
 }
 
-QByteArray PictureProvider::fetched(const QUrl& url) {
+QByteArray PictureLoader::fetched(const QUrl& url) {
     constexpr int ok = 200;
     try {
         const URLResponse response = m_session->fetch(url, maximumPictureBytes, m_ends);
@@ -143,7 +147,7 @@ QByteArray PictureProvider::fetched(const QUrl& url) {
     }
 }
 
-QByteArray PictureProvider::kept(const QUrl& url, bool evenIfOld) {
+QByteArray PictureLoader::kept(const QUrl& url, bool evenIfOld) {
     const std::lock_guard lock(m_cacheMutex);
     const QNetworkCacheMetaData entry = m_cache->metaData(url);
     if (!entry.isValid() || (!evenIfOld && entry.expirationDate() < QDateTime::currentDateTimeUtc())) {
@@ -153,7 +157,7 @@ QByteArray PictureProvider::kept(const QUrl& url, bool evenIfOld) {
     return file ? file->readAll() : QByteArray();
 }
 
-void PictureProvider::keep(const QUrl& url, const QByteArray& bytes) {
+void PictureLoader::keep(const QUrl& url, const QByteArray& bytes) {
     QNetworkCacheMetaData entry;
     entry.setUrl(url);
     entry.setSaveToDisk(true);

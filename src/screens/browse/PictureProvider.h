@@ -27,19 +27,19 @@ class URLSession;
 ///
 /// It fetches by itself because Qt Quick's own network access mixes pictures up: one that is given up
 /// while it loads, as happens when a window changes its size, can leave its reply to the next.
-class PictureProvider final : public QQuickAsyncImageProvider {
+class PictureLoader final {
 public:
-    /// The name under which the engine knows it.
-    static constexpr const char* name = "pictures";
     /// Largest size of the folder, in bytes.
     static constexpr qint64 maximumCacheSize = qint64{256} << 20;
 
-    PictureProvider(std::shared_ptr<URLSession> session, const std::filesystem::path& folder);
-    /// Waits for the transfers under way, which end early.
-    ~PictureProvider() override;
+    PictureLoader(std::shared_ptr<URLSession> session, const std::filesystem::path& folder);
+    ~PictureLoader();
 
-    /// Called on the engine's loader thread.
-    QQuickImageResponse* requestImageResponse(const QString& id, const QSize& requestedSize) override;
+    /// Begins to load a picture by the last part of its address. The caller owns the response. Any thread.
+    [[nodiscard]] QQuickImageResponse* load(const QString& id, const QSize& size);
+
+    /// Waits for the transfers under way, which end early; later ones come back empty. Any thread.
+    void end();
 
 private:
     [[nodiscard]] QImage picture(const QUrl& url, QSize size);
@@ -55,6 +55,25 @@ private:
     std::mutex m_decoding;
     std::atomic_bool m_ends = false;
     QThreadPool m_pool;
+};
+
+/// Makes the engine ask a loader. The engine's threads may keep it beyond the engine: whoever made the
+/// loader ends it.
+class PictureProvider final : public QQuickAsyncImageProvider {
+public:
+    /// The name under which the engine knows it.
+    static constexpr const char* name = "pictures";
+
+    explicit PictureProvider(std::shared_ptr<PictureLoader> loader)
+        : m_loader(std::move(loader)) {}
+
+    /// Called on the engine's loader thread.
+    QQuickImageResponse* requestImageResponse(const QString& id, const QSize& requestedSize) override {
+        return m_loader->load(id, requestedSize);
+    }
+
+private:
+    std::shared_ptr<PictureLoader> m_loader;
 };
 
 } // namespace ondavia

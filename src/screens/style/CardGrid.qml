@@ -25,11 +25,6 @@ GridView {
             currentIndex = Math.max(0, indexAt(1, contentY + 1))
     }
     // Cards beyond the view wait for the first frame of those in it.
-    cacheBuffer: 0
-    Connections {
-        target: grid.Window.window
-        enabled: grid.cacheBuffer === 0
-        function onFrameSwapped() { grid.cacheBuffer = Qt.binding(() => Math.max(1, grid.height)) }
-    }
+    cacheBuffer: Environment.hasShownFrame ? Math.max(0, height) : 0
     T.ScrollBar.vertical: ScrollBar {}
 }

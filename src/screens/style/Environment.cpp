@@ -14,10 +14,25 @@ namespace ondavia {
 
 namespace {
 
-/// From our own copy: of the several files that a system may have of it, a compressed one is slow to open.
-QString loadIconFont() {
-    const int font = QFontDatabase::addApplicationFont(QStringLiteral(":/ondavia/fonts/icons.ttf"));
-    return QFontDatabase::applicationFontFamilies(font).value(0);
+struct Fonts final {
+    QString text;
+    QString icons;
+};
+
+/// Loaded once for the process: loading takes away what texts that are already there are drawn with.
+const Fonts& fonts() {
+    static const Fonts loaded = [] {
+        const QString inter = QStringLiteral("Inter");
+        const QString text = QFontDatabase::hasFamily(inter)
+                                 ? inter
+                                 : QFontDatabase::systemFont(QFontDatabase::GeneralFont).family();
+        // Our own copy: of the files that a system may have of it, a compressed one is slow to open.
+        const int icons = QFontDatabase::addApplicationFont(QStringLiteral(":/ondavia/fonts/icons.ttf"));
+        // Texts start out in the application's font: any other would be loaded for nothing.
+        QGuiApplication::setFont(QFont(text));
+        return Fonts{text, QFontDatabase::applicationFontFamilies(icons).value(0)};
+    }();
+    return loaded;
 }
 
 /// The portal packs the value into one variant or, in its older form, into two.
@@ -32,14 +47,15 @@ QVariant unpacked(QVariant value) {
 
 Environment::Environment(QObject* parent)
     : QObject(parent)
-    , m_fontFamily(QFontDatabase::hasFamily(QStringLiteral("Inter"))
-                       ? QStringLiteral("Inter")
-                       : QFontDatabase::systemFont(QFontDatabase::GeneralFont).family())
-    , m_iconFamily(loadIconFont()) {
-    // Texts start out in the application's font: without this one another would be loaded for nothing.
-    QGuiApplication::setFont(QFont(m_fontFamily));
+    , m_fontFamily(fonts().text)
+    , m_iconFamily(fonts().icons) {
     // The first to ask for the session bus waits until it is there.
     runOnPool([] { QDBusConnection::sessionBus(); }).then(this, [this] { askDesktop(); });
+}
+
+void Environment::noteFrame() {
+    m_hasShownFrame = true;
+    Q_EMIT hasShownFrameChanged();
 }
 
 void Environment::setReducedMotion(bool reduced) {

@@ -24,8 +24,8 @@ Item {
         anchors.fill: parent
         anchors.margins: view.inset
         readonly property bool isThere: status === Image.Ready && implicitWidth > 0
-        // The size to load is not known before there is a screen.
-        source: view.Window.window && width > 0 && height > 0 ? view.source : ""
+        // The first frame does not wait for pictures, and the size to load is known by then.
+        source: Environment.hasShownFrame && width > 0 && height > 0 ? view.source : ""
         asynchronous: true
         fillMode: Image.PreserveAspectCrop
         // In steps, so that a window that changes its size does not load everything at each pixel.
