@@ -4,9 +4,9 @@
 #include "support/TestSupport.h"
 
 #include <QBuffer>
-#include <QDir>
+#include <QDirIterator>
+#include <QFile>
 #include <QImage>
-#include <QNetworkDiskCache>
 
 #include <gtest/gtest.h>
 
@@ -59,7 +59,7 @@ class PictureLoaderTest : public ::testing::Test {
 protected:
     /// What a page gets to draw; null for nothing.
     QImage load(QSize size = {}) {
-        PictureLoader loader(session, folder.path());
+        PictureLoader loader(session, folder.path(), [this] { return now; });
         const std::unique_ptr<QQuickImageResponse> response(loader.load(id(), size));
         bool isFinished = false;
         QObject::connect(response.get(), &QQuickImageResponse::finished, [&] { isFinished = true; });
@@ -69,22 +69,8 @@ protected:
         return drawing ? drawing->image() : QImage();
     }
     static QString id() { return pictureUrl(address).path().mid(1); }
-    /// As if the picture had been fetched longer ago than pictures are kept.
-    void age() {
-        QNetworkDiskCache cache;
-        cache.setCacheDirectory(QString::fromStdString(folder.path().string()));
-        const QUrl url(QString::fromStdString(address));
-        const std::unique_ptr<QIODevice> file(cache.data(url));
-        ASSERT_TRUE(file);
-        const QByteArray bytes = file->readAll();
-        QNetworkCacheMetaData entry = cache.metaData(url);
-        entry.setExpirationDate(QDateTime::currentDateTimeUtc().addSecs(-1));
-        QIODevice* again = cache.prepare(entry);
-        again->write(bytes);
-        cache.insert(again);
-    }
-
     TemporaryFolder folder;
+    Date now = currentDate();
     std::shared_ptr<ScriptedSession> session = std::make_shared<ScriptedSession>();
 };
 
@@ -108,13 +94,30 @@ TEST_F(PictureLoaderTest, KeepsPicturesForTheNextStart) {
 
 TEST_F(PictureLoaderTest, AsksAgainForAnOldPictureAndMakesDoWithItWhenThereIsNoNewOne) {
     load();
-    age();
+    now += std::chrono::days(6);
+    load();
+    EXPECT_EQ(session->asked.size(), 1U);
+    now += std::chrono::days(2);
     session->fails = true;
     EXPECT_FALSE(load().isNull());
     session->fails = false;
     session->response.body = encoded({40, 60}, Qt::blue);
     EXPECT_EQ(load().pixelColor(5, 5), QColor(Qt::blue));
     EXPECT_EQ(session->asked.size(), 3U);
+}
+
+TEST_F(PictureLoaderTest, WritesNoAddressDown) {
+    load();
+    int files = 0;
+    QDirIterator kept(QString::fromStdString(folder.path().string()), QDir::Files,
+                      QDirIterator::Subdirectories);
+    while (kept.hasNext()) {
+        QFile file(kept.next());
+        ASSERT_TRUE(file.open(QIODevice::ReadOnly));
+        EXPECT_FALSE(file.readAll().contains("img.example"));
+        ++files;
+    }
+    EXPECT_GT(files, 0);
 }
 
 TEST_F(PictureLoaderTest, IsEmptyWithoutAWordWhenThereIsNone) {

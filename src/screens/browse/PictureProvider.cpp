@@ -4,7 +4,7 @@
 #include "platform/URLSession.h"
 
 #include <QBuffer>
-#include <QDateTime>
+#include <QCryptographicHash>
 #include <QImageReader>
 #include <QNetworkDiskCache>
 
@@ -59,6 +59,12 @@ private:
     QImage m_image;
 };
 
+/// The cache writes its keys down, and an address may hold the account.
+QUrl cacheKey(const QUrl& url) {
+    const QByteArray digest = QCryptographicHash::hash(url.toEncoded(), QCryptographicHash::Sha256).toHex();
+    return QUrl(QStringLiteral("picture:/%1").arg(QLatin1String(digest)));
+}
+
 /// At least as large as `wanted` in both directions, but never enlarged.
 QImage decode(const QByteArray& bytes, QSize wanted) {
     QBuffer buffer;
@@ -86,9 +92,11 @@ QUrl pictureUrl(const std::optional<std::string>& text) {
                          QLatin1String(url.toEncoded().toBase64(addressEncoding))));
 }
 
-PictureLoader::PictureLoader(std::shared_ptr<URLSession> session, const std::filesystem::path& folder)
+PictureLoader::PictureLoader(std::shared_ptr<URLSession> session, const std::filesystem::path& folder,
+                             std::function<Date()> now)
     : m_session(std::move(session))
-    , m_cache(std::make_unique<QNetworkDiskCache>()) {
+    , m_cache(std::make_unique<QNetworkDiskCache>())
+    , m_now(std::move(now)) {
     m_cache->setCacheDirectory(QString::fromStdString(folder.string()));
     m_cache->setMaximumCacheSize(maximumCacheSize);
     m_pool.setMaxThreadCount(simultaneousTransfers);
@@ -149,19 +157,23 @@ QByteArray PictureLoader::fetched(const QUrl& url) {
 
 QByteArray PictureLoader::kept(const QUrl& url, bool evenIfOld) {
     const std::lock_guard lock(m_cacheMutex);
-    const QNetworkCacheMetaData entry = m_cache->metaData(url);
-    if (!entry.isValid() || (!evenIfOld && entry.expirationDate() < QDateTime::currentDateTimeUtc())) {
+    const QNetworkCacheMetaData entry = m_cache->metaData(cacheKey(url));
+    if (!entry.isValid() || (!evenIfOld && entry.expirationDate() < time())) {
         return {};
     }
-    const std::unique_ptr<QIODevice> file(m_cache->data(url));
+    const std::unique_ptr<QIODevice> file(m_cache->data(cacheKey(url)));
     return file ? file->readAll() : QByteArray();
+}
+
+QDateTime PictureLoader::time() const {
+    return QDateTime::fromMSecsSinceEpoch(static_cast<qint64>(secondsSince1970(m_now()) * 1000), Qt::UTC);
 }
 
 void PictureLoader::keep(const QUrl& url, const QByteArray& bytes) {
     QNetworkCacheMetaData entry;
-    entry.setUrl(url);
+    entry.setUrl(cacheKey(url));
     entry.setSaveToDisk(true);
-    entry.setExpirationDate(QDateTime::currentDateTimeUtc().addDays(daysKept));
+    entry.setExpirationDate(time().addDays(daysKept));
     const std::lock_guard lock(m_cacheMutex);
     if (QIODevice* file = m_cache->prepare(entry)) {
         file->write(bytes);

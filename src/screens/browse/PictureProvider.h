@@ -1,11 +1,15 @@
 #pragma once
 
+#include "base/Date.h"
+
+#include <QDateTime>
 #include <QQuickAsyncImageProvider>
 #include <QThreadPool>
 #include <QUrl>
 
 #include <atomic>
 #include <filesystem>
+#include <functional>
 #include <memory>
 #include <mutex>
 #include <optional>
@@ -32,7 +36,9 @@ public:
     /// Largest size of the folder, in bytes.
     static constexpr qint64 maximumCacheSize = qint64{256} << 20;
 
-    PictureLoader(std::shared_ptr<URLSession> session, const std::filesystem::path& folder);
+    /// `now` is the clock that the age of what is kept is told by.
+    PictureLoader(std::shared_ptr<URLSession> session, const std::filesystem::path& folder,
+                  std::function<Date()> now = currentDate);
     ~PictureLoader();
 
     /// Begins to load a picture by the last part of its address. The caller owns the response. Any thread.
@@ -46,6 +52,7 @@ private:
     [[nodiscard]] QByteArray bytesOf(const QUrl& url);
     [[nodiscard]] QByteArray fetched(const QUrl& url);
     [[nodiscard]] QByteArray kept(const QUrl& url, bool evenIfOld);
+    [[nodiscard]] QDateTime time() const;
     void keep(const QUrl& url, const QByteArray& bytes);
 
     std::shared_ptr<URLSession> m_session;
@@ -53,6 +60,7 @@ private:
     std::unique_ptr<QNetworkDiskCache> m_cache;
     /// One decodes at a time: the rest of the machine draws.
     std::mutex m_decoding;
+    std::function<Date()> m_now;
     std::atomic_bool m_ends = false;
     QThreadPool m_pool;
 };
