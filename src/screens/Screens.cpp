@@ -34,12 +34,10 @@ template<class Type>
 std::unique_ptr<Type> make(QQmlComponent& page, const char* property, const QVariant& value) {
     std::unique_ptr<QObject> object(
         page.createWithInitialProperties({{QString::fromLatin1(property), value}}));
-    auto* made = qobject_cast<Type*>(object.get());
-    if (made == nullptr) {
+    if (qobject_cast<Type*>(object.get()) == nullptr) {
         throw std::runtime_error("the window cannot be opened: " + page.errorString().toStdString());
     }
-    object.release();
-    return std::unique_ptr<Type>(made);
+    return std::unique_ptr<Type>(static_cast<Type*>(object.release()));
 }
 
 QUrl pageAddress(const char* name) {
