@@ -2,12 +2,14 @@
 
 #include "screens/style/Environment.h"
 #include "screens/style/Icons.h"
+#include "support/TestSupport.h"
 
 #include <QDirIterator>
 #include <QFile>
 #include <QRawFont>
 #include <QRegularExpression>
 #include <QSet>
+#include <QThreadPool>
 
 #include <gtest/gtest.h>
 
@@ -125,6 +127,14 @@ TEST(ChosenLanguage, IsTheFirstPreferredOneThatIsThere) {
     EXPECT_EQ(chooseLanguage({"eng"}, available), "");
     EXPECT_EQ(chooseLanguage({"", "C"}, available), "");
     EXPECT_EQ(chooseLanguage({}, available), "");
+}
+
+TEST(Surroundings, MayGoBeforeTheSessionBusIsThere) {
+    for (int round = 0; round < 20; ++round) {
+        const Environment environment;
+    }
+    QThreadPool::globalInstance()->waitForDone();
+    testing::drainEvents();
 }
 
 TEST(IconTable, EverySymbolHasAGlyphInTheFont) {

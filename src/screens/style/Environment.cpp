@@ -8,6 +8,7 @@
 #include <QDBusPendingReply>
 #include <QDBusVariant>
 #include <QFontDatabase>
+#include <QFutureWatcher>
 #include <QGuiApplication>
 
 namespace ondavia {
@@ -50,7 +51,9 @@ Environment::Environment(QObject* parent)
     , m_fontFamily(fonts().text)
     , m_iconFamily(fonts().icons) {
     // The first to ask for the session bus waits until it is there.
-    runOnPool([] { QDBusConnection::sessionBus(); }).then(this, [this] { askDesktop(); });
+    auto* bus = new QFutureWatcher<void>(this);
+    connect(bus, &QFutureWatcher<void>::finished, this, &Environment::askDesktop);
+    bus->setFuture(runOnPool([] { QDBusConnection::sessionBus(); }));
 }
 
 void Environment::noteFrame() {
