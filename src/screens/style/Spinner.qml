@@ -14,7 +14,7 @@ Item {
 
     Image {
         anchors.fill: parent
-        source: Qt.resolvedUrl("spinner.svg")
+        source: Environment.hasShownFrame ? Qt.resolvedUrl("spinner.svg") : ""
         fillMode: Image.PreserveAspectFit
         sourceSize.width: Math.ceil(spinner.width * Screen.devicePixelRatio)
         sourceSize.height: Math.ceil(spinner.height * Screen.devicePixelRatio)

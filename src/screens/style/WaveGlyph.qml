@@ -1,4 +1,5 @@
 import QtQuick
+import Ondavia
 
 /// The sign of the application: a breaking wave. A drawing rather than shapes, which would have the
 /// graphics card prepare several programs before the first frame.
@@ -7,7 +8,7 @@ Image {
     property int size: 28
     width: glyph.size * 1.2
     height: glyph.size * 1.2
-    source: Qt.resolvedUrl("wave.svg")
+    source: Environment.hasShownFrame ? Qt.resolvedUrl("wave.svg") : ""
     sourceSize.width: Math.ceil(glyph.width * Screen.devicePixelRatio)
     sourceSize.height: Math.ceil(glyph.height * Screen.devicePixelRatio)
     asynchronous: true
