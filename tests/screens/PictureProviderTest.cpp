@@ -1,6 +1,6 @@
-#include "screens/browse/PictureProvider.h"
+#include "ScriptedSession.h"
 
-#include "platform/URLSession.h"
+#include "screens/browse/PictureProvider.h"
 #include "support/TestSupport.h"
 
 #include <QBuffer>
@@ -9,8 +9,6 @@
 #include <QImage>
 
 #include <gtest/gtest.h>
-
-#include <thread>
 
 namespace ondavia::testing {
 namespace {
@@ -26,34 +24,6 @@ std::string encoded(QSize size, const QColor& colour = Qt::red) {
     image.save(&buffer, "PNG");
     return bytes.toStdString();
 }
-
-/// Answers every address with the same reply, or stands still until it is told to stop.
-class ScriptedSession final : public URLSession {
-public:
-    QCoro::Task<URLResponse> data(QUrl /*url*/, std::vector<Header> /*headers*/) override {
-        co_return URLResponse();
-    }
-    QCoro::Task<void> stream(QUrl /*url*/, std::shared_ptr<URLBodyReader> /*reader*/) override { co_return; }
-    URLResponse fetch(const QUrl& url, std::size_t maximumBody, const std::atomic_bool& stop) override {
-        asked.push_back(url.toEncoded().toStdString());
-        bound = maximumBody;
-        isUnderWay = true;
-        while (neverAnswers && !stop) {
-            std::this_thread::yield();
-        }
-        if (neverAnswers || fails) {
-            throw URLError(7, "TEST", "no route");
-        }
-        return response;
-    }
-
-    URLResponse response{200, encoded({400, 600})};
-    std::vector<std::string> asked;
-    std::size_t bound = 0;
-    bool fails = false;
-    bool neverAnswers = false;
-    std::atomic_bool isUnderWay = false;
-};
 
 class PictureLoaderTest : public ::testing::Test {
 protected:
@@ -72,6 +42,8 @@ protected:
     TemporaryFolder folder;
     Date now = currentDate();
     std::shared_ptr<ScriptedSession> session = std::make_shared<ScriptedSession>();
+
+    PictureLoaderTest() { session->response = {200, encoded({400, 600})}; }
 };
 
 TEST_F(PictureLoaderTest, AsksForTheAddressOfTheCatalogueWithinABound) {
@@ -136,7 +108,7 @@ TEST_F(PictureLoaderTest, EndsInTheMiddleOfATransfer) {
     session->neverAnswers = true;
     auto loader = std::make_unique<PictureLoader>(session, folder.path());
     const std::unique_ptr<QQuickImageResponse> response(loader->load(id(), {}));
-    ASSERT_TRUE(waitUntil([this] { return session->isUnderWay.load(); }));
+    ASSERT_TRUE(waitUntil([this] { return session->underWay > 0; }));
     loader.reset();
 }
 
@@ -144,7 +116,7 @@ TEST_F(PictureLoaderTest, AResponseMayGoBeforeItsPictureComes) {
     session->neverAnswers = true;
     PictureLoader loader(session, folder.path());
     std::unique_ptr<QQuickImageResponse> response(loader.load(id(), {}));
-    ASSERT_TRUE(waitUntil([this] { return session->isUnderWay.load(); }));
+    ASSERT_TRUE(waitUntil([this] { return session->underWay > 0; }));
     response->cancel();
     response.reset();
 }

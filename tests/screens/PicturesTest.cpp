@@ -1,4 +1,5 @@
 #include "ScreensWindow.h"
+#include "ScriptedSession.h"
 
 #include <map>
 
@@ -94,6 +95,17 @@ TEST_F(PicturesTest, TheWindowMayGoWhileCardsAndTheirPicturesAreMade) {
         ASSERT_TRUE(waitUntil([&] { return m_served > before + round; }));
         screens.reset();
     }
+}
+
+TEST_F(PicturesTest, TransfersHaveEndedWhenTheWindowIsGone) {
+    const auto session = std::make_shared<ScriptedSession>();
+    session->neverAnswers = true;
+    ScreenServices silent = services();
+    silent.makeSession = [&](const URLSessionConfiguration&) { return session; };
+    screens = std::make_unique<Screens>(silent);
+    ASSERT_TRUE(waitUntil([&] { return session->underWay > 1; }));
+    screens.reset();
+    EXPECT_EQ(session->underWay, 0);
 }
 
 } // namespace
