@@ -15,8 +15,8 @@ namespace {
 
 QCoro::Task<void> synchronize(Services& services, QEventLoop& loop, bool& succeeded) {
     try {
-        DataSyncService service(services.appState.makeXtreamClient(), services.syncEnvironment());
-        co_await service.syncAll();
+        const auto client = services.appState.makeXtreamClient();
+        co_await services.refresh.synchronise(client);
         succeeded = true;
     } catch (const std::exception& error) {
         std::fprintf(stderr, "error: %s\n", error.what());

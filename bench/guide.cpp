@@ -68,7 +68,7 @@ void timeQueries(const EPGService& service) {
 
 int runOurs(const std::string& url, const std::filesystem::path& folder) {
     const auto store = LibraryStore::open(folder / "store");
-    GuideWorkers workers;
+    CountedThreads workers;
     const EPGService service(
         {*store,
          [](const URLSessionConfiguration& configuration) { return makeCurlURLSession(configuration); },

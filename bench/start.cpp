@@ -2,7 +2,7 @@
 
 #include "app/MainWindow.h"
 #include "app/Services.h"
-#include "screens/Screens.h"
+#include "screens/QmlModules.h"
 
 #include <QEventLoop>
 #include <QGuiApplication>
@@ -25,7 +25,10 @@ namespace {
 constexpr const char* emptyWindow = R"(
 import QtQuick
 import QtQuick.Templates
-import Ondavia
+import Ondavia.Browse
+import Ondavia.Movies
+import Ondavia.Shell
+import Ondavia.Style
 Window { width: 1280; height: 800; visible: true; color: Theme.background }
 )";
 
@@ -115,6 +118,10 @@ int runComparison() {
     const QTemporaryDir folder;
     qputenv("ONDAVIA_DATA_DIR", folder.path().toUtf8());
     qputenv("ONDAVIA_VAULT", "file");
+    // One way of drawing for both sides: ours would choose the cheaper one for itself.
+    if (!qEnvironmentVariableIsSet("QT_QUICK_BACKEND") && !qEnvironmentVariableIsSet("QSG_RHI_BACKEND")) {
+        qputenv("QSG_RHI_BACKEND", "opengl");
+    }
     const ProviderProcess provider(
         {QStringLiteral("--scale"), QStringLiteral("180000"), QStringLiteral("--lazy-media")});
     runTool({QStringLiteral("signin"), QStringLiteral("--server"), provider.url(),

@@ -1,7 +1,6 @@
 #include "cli/Account.h"
 
 #include "base/Redaction.h"
-#include "base/Text.h"
 #include "cli/Command.h"
 #include "protocol/XtreamAPIClient.h"
 #include "state/AppState.h"
@@ -43,15 +42,6 @@ QCoro::Task<XtreamUserInfo> logIn(std::shared_ptr<XtreamAPIClient> client) {
         }
     }
     throw CommandError(refusal(*client));
-}
-
-std::optional<Date> expiryOf(const XtreamUserInfo& account) {
-    // Beyond this no calendar goes.
-    constexpr std::int64_t latest = 253'402'300'799;
-    const auto seconds = parseDecimalInteger(account.expDate.value_or(std::string()));
-    return seconds && *seconds >= 0 && *seconds <= latest
-               ? std::optional<Date>(std::chrono::seconds(*seconds))
-               : std::nullopt;
 }
 
 } // namespace ondavia::cli

@@ -1,10 +1,8 @@
 #pragma once
 
-#include "base/Date.h"
 #include "protocol/wire/AccountRecords.h"
 
 #include <memory>
-#include <optional>
 #include <qcoro/qcorotask.h>
 
 namespace ondavia {
@@ -20,8 +18,5 @@ namespace ondavia::cli {
 /// Logs in. A refusal is raised as CommandError with what the provider says about it, everything else as
 /// the client raises it.
 QCoro::Task<XtreamUserInfo> logIn(std::shared_ptr<XtreamAPIClient> client);
-
-/// Absent for an account without expiry, and for a text that is no date.
-[[nodiscard]] std::optional<Date> expiryOf(const XtreamUserInfo& account);
 
 } // namespace ondavia::cli

@@ -1,5 +1,7 @@
 #include "cli/Arguments.h"
 
+#include "base/VisibleText.h"
+
 #include <QDateTime>
 #include <QTimeZone>
 
@@ -120,8 +122,38 @@ void describeMedia(CLI::App& app, Arguments& arguments, RawArguments& raw) {
     play->add_option("--for", arguments.playFor, "end after so many seconds")
         ->check(CLI::PositiveNumber)
         ->capture_default_str();
+    addId(*describe(app, arguments, &showTracks, "tracks",
+                    "Open an item, and list its sound and its subtitles by the names that the application "
+                    "gives them"),
+          arguments, "id of an item or an episode");
+    auto* subtitles = app.add_subcommand("subtitles", "Subtitle files")->require_subcommand(1);
+    describe(*subtitles, arguments, &parseSubtitles, "parse",
+             "List what a file of this machine would show, and when, in seconds")
+        ->add_option("FILE", arguments.file, "a file of SubRip, or of plain WebVTT")
+        ->required();
     describe(app, arguments, &examineProvider, "doctor",
              "Ask the provider everything once, and say what is wrong with its answers");
+}
+
+std::string normaliseWatchedType(std::string& type) {
+    const std::string fault = normaliseType(type);
+    return fault.empty() && type != "live" ? fault : "movies or series, not " + type;
+}
+
+void describeHistory(CLI::App& app, Arguments& arguments) {
+    auto* history = app.add_subcommand("history", "List what was watched, the latest first");
+    // It runs after its subcommands' own.
+    history->callback([&arguments, history] {
+        if (history->get_subcommands().empty()) {
+            arguments.command = &listHistory;
+        }
+    });
+    addId(*describe(*history, arguments, &removeFromHistory, "remove", "Forget that an item was watched"),
+          arguments, "id of a film or an episode");
+    describe(*history, arguments, &clearHistory, "clear", "Forget all films, or all episodes")
+        ->add_option("TYPE", arguments.type, "movies or series")
+        ->required()
+        ->transform(CLI::Validator(normaliseWatchedType, ""));
 }
 
 void describeGuide(CLI::App& app, Arguments& arguments, RawArguments& raw) {
@@ -141,7 +173,7 @@ void describeGuide(CLI::App& app, Arguments& arguments, RawArguments& raw) {
 /// CLI11 would repeat arguments that it does not know, and one of them may be a password.
 std::string failureMessage(const CLI::App* app, const CLI::Error& error) {
     const bool isUnknown = error.get_exit_code() == static_cast<int>(CLI::ExitCodes::ExtrasError);
-    return "error: " + std::string(isUnknown ? "an argument is not known here" : error.what()) + "\nRun " +
+    return "error: " + (isUnknown ? "an argument is not known here" : visibleText(error.what())) + "\nRun " +
            app->get_name() + " --help for more.\n";
 }
 
@@ -159,6 +191,7 @@ ParsedArguments parseArguments(int argc, char** argv) {
     describeAccount(app, arguments);
     describeCatalogue(app, arguments, raw);
     describeMedia(app, arguments, raw);
+    describeHistory(app, arguments);
     describeGuide(app, arguments, raw);
     try {
         app.parse(argc, argv);

@@ -29,6 +29,7 @@ struct Arguments final {
     std::optional<std::string> category;
     std::optional<std::int64_t> limit;
     std::string id;
+    std::string file;
     std::optional<Catchup> catchup;
     /// A moment of the day in the device's time zone.
     std::optional<Date> day;

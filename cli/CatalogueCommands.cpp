@@ -1,5 +1,6 @@
 #include "app/Services.h"
 #include "base/Redaction.h"
+#include "base/VisibleText.h"
 #include "cli/Account.h"
 #include "cli/Arguments.h"
 #include "cli/Items.h"
@@ -7,7 +8,6 @@
 #include "library/RefreshSchedule.h"
 #include "protocol/XtreamAPIClient.h"
 
-#include <cstdio>
 #include <map>
 
 namespace ondavia::cli {
@@ -26,7 +26,7 @@ public:
 private:
     static void tell(const char* kind, const std::string& message) {
         if (!message.empty()) {
-            std::fprintf(stderr, "%s%s\n", kind, maskSecrets(message).c_str());
+            writeLine(stderr, kind + maskSecrets(message));
         }
     }
 
@@ -42,7 +42,7 @@ const char* orderKey(const std::string& type) {
 
 void hintAtEmptyCatalogue(StoreContext& rows) {
     if (rows.count<Channel>() == 0) {
-        std::fputs("the catalogue is empty: ondavia-cli sync\n", stderr);
+        writeLine(stderr, "the catalogue is empty: ondavia-cli sync");
     }
 }
 
@@ -55,15 +55,12 @@ QCoro::Task<void> synchronise(CommandContext context) {
     if (services.network.isConnected()) {
         co_await logIn(client);
     }
-    DataSyncService service(client, services.syncEnvironment());
-    co_await service.syncAll();
-    const Date now = currentDate();
-    services.defaults->setDate(catalogueSchedule.lastKey, now);
+    co_await services.refresh.synchronise(client);
     const AppState& appState = services.appState;
     const Record record{{"totalLive", appState.totalLive()},
                         {"totalMovies", appState.totalMovies()},
                         {"totalSeries", appState.totalSeries()},
-                        {"lastSync", now}};
+                        {"lastSync", toValue(services.defaults->dateForKey(catalogueSchedule.lastKey))}};
     context.output.print(record);
 }
 

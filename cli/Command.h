@@ -35,6 +35,8 @@ public:
 
 QCoro::Task<void> signIn(CommandContext context);
 QCoro::Task<void> signOut(CommandContext context);
+/// What of a sign-out can be done where the library cannot be opened. May wait for the keyring.
+void forgetAccount();
 QCoro::Task<void> showAccount(CommandContext context);
 
 QCoro::Task<void> synchronise(CommandContext context);
@@ -45,6 +47,12 @@ QCoro::Task<void> showItem(CommandContext context);
 QCoro::Task<void> showSeries(CommandContext context);
 QCoro::Task<void> printURL(CommandContext context);
 QCoro::Task<void> playItem(CommandContext context);
+QCoro::Task<void> showTracks(CommandContext context);
+QCoro::Task<void> parseSubtitles(CommandContext context);
+
+QCoro::Task<void> listHistory(CommandContext context);
+QCoro::Task<void> removeFromHistory(CommandContext context);
+QCoro::Task<void> clearHistory(CommandContext context);
 
 QCoro::Task<void> loadGuide(CommandContext context);
 QCoro::Task<void> showCurrentProgram(CommandContext context);

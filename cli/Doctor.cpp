@@ -6,10 +6,10 @@
 #include "cli/Failures.h"
 #include "cli/MediaHead.h"
 #include "cli/Output.h"
+#include "protocol/AccountExpiry.h"
 #include "protocol/XtreamAPIClient.h"
 
 #include <QJsonDocument>
-#include <QUrl>
 
 #include <set>
 
@@ -59,9 +59,9 @@ const Doctor::Question Doctor::questions[] = {
     {"get_live_categories", &Doctor::askCategories},
     {"get_vod_categories", &Doctor::askCategories},
     {"get_series_categories", &Doctor::askCategories},
-    {"get_live_streams", &Doctor::askRows<XtreamLiveStream>},
-    {"get_vod_streams", &Doctor::askRows<XtreamVodStream>},
-    {"get_series", &Doctor::askRows<XtreamSeriesItem>},
+    {listAction<XtreamLiveStream>, &Doctor::askRows<XtreamLiveStream>},
+    {listAction<XtreamVodStream>, &Doctor::askRows<XtreamVodStream>},
+    {listAction<XtreamSeriesItem>, &Doctor::askRows<XtreamSeriesItem>},
     {"get_series_info", &Doctor::askSeriesInfo},
     {"get_simple_data_table", &Doctor::askListings},
     {"get_vod_info", &Doctor::askMovieInfo},
@@ -90,7 +90,7 @@ QCoro::Task<void> Doctor::put(Question question) {
     const Date begin = currentDate();
     Verdict verdict{Result::Useless, {}};
     try {
-        const std::string action = question.name;
+        const std::string action(question.name);
         verdict = co_await (this->*question.ask)(action);
     } catch (const std::exception& error) {
         verdict.detail = explain(error);
@@ -146,7 +146,7 @@ QCoro::Task<Doctor::Verdict> Doctor::askCategories(std::string action) {
                                                (categories.size() == 1 ? " category" : " categories")};
 }
 
-template<class Row> QCoro::Task<Doctor::Verdict> Doctor::askRows(std::string action) {
+template<class Row> QCoro::Task<Doctor::Verdict> Doctor::askRows(std::string) {
     const auto facts = std::make_shared<ListFacts>();
     const std::function<void(std::vector<Row> &&)> take = [facts](std::vector<Row>&& rows) {
         for (const Row& row : rows) {
@@ -157,7 +157,7 @@ template<class Row> QCoro::Task<Doctor::Verdict> Doctor::askRows(std::string act
             }
         }
     };
-    const std::int64_t count = co_await m_client->template fetchRows<Row>(action, take);
+    const std::int64_t count = co_await m_client->template fetchRows<Row>(take);
     if constexpr (std::is_same_v<Row, XtreamLiveStream>) {
         m_streamId = facts->firstId;
     } else if constexpr (std::is_same_v<Row, XtreamVodStream>) {
@@ -204,25 +204,16 @@ QCoro::Task<Doctor::Verdict> Doctor::askListings(std::string) {
                       "channel " + std::to_string(*m_streamId) + ": " + counted(count, "programme")};
 }
 
-QCoro::Task<Doctor::Verdict> Doctor::askMovieInfo(std::string action) {
+QCoro::Task<Doctor::Verdict> Doctor::askMovieInfo(std::string) {
     if (!m_movieId) {
         co_return Verdict{Result::NotAsked, "no film is known to ask about"};
     }
-    const auto url = makeURL(m_client->baseURL() + "/player_api.php?username=" + m_client->username() +
-                             "&password=" + m_client->password() + "&action=" + action +
-                             "&vod_id=" + std::to_string(*m_movieId));
-    if (!url) {
-        throw XtreamError::invalidURL();
-    }
-    const URLResponse response = co_await m_session->data(*url);
-    if (response.statusCode && (*response.statusCode < 200 || *response.statusCode > 299)) {
-        throw XtreamError::httpError(*response.statusCode);
-    }
-    const bool isObject = QJsonDocument::fromJson(QByteArray::fromStdString(response.body)).isObject();
+    const std::string reply = co_await m_client->getVodInfo(*m_movieId);
+    const bool isObject = QJsonDocument::fromJson(QByteArray::fromStdString(reply)).isObject();
     const std::string film = "film " + std::to_string(*m_movieId) + ": ";
     co_return Verdict{isObject ? Result::Good : Result::Useless,
-                      isObject ? film + counted(static_cast<std::int64_t>(response.body.size()), "byte")
-                               : film + "no JSON object: " + excerpt(response.body)};
+                      isObject ? film + counted(static_cast<std::int64_t>(reply.size()), "byte")
+                               : film + "no JSON object: " + excerpt(reply)};
 }
 
 QCoro::Task<Doctor::Verdict> Doctor::askGuide(std::string) {
@@ -233,7 +224,8 @@ QCoro::Task<Doctor::Verdict> Doctor::askGuide(std::string) {
     }
     const bool isEmpty = head.empty();
     co_return Verdict{isEmpty ? Result::Questionable : Result::Useless,
-                      isEmpty ? std::string("nothing at all") : "no XMLTV document: " + excerpt(head)};
+                      isEmpty ? std::string("nothing at all")
+                              : "no XMLTV document: " + excerpt(head, TextEnd::Cut)};
 }
 
 QCoro::Task<Doctor::Verdict> Doctor::askStream(std::string) {
@@ -249,8 +241,8 @@ QCoro::Task<Doctor::Verdict> Doctor::askStream(std::string) {
     if (head.starts_with("#EXTM3U")) {
         co_return Verdict{Result::Good, channel + "an HLS playlist"};
     }
-    co_return Verdict{Result::Useless,
-                      channel + (head.empty() ? "nothing at all" : "no video: " + excerpt(head))};
+    co_return Verdict{Result::Useless, channel + (head.empty() ? "nothing at all"
+                                                               : "no video: " + excerpt(head, TextEnd::Cut))};
 }
 
 QCoro::Task<void> examineProvider(CommandContext context) {

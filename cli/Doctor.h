@@ -8,6 +8,7 @@
 #include <optional>
 #include <qcoro/qcorotask.h>
 #include <string>
+#include <string_view>
 
 namespace ondavia {
 class XtreamAPIClient;
@@ -35,7 +36,7 @@ private:
         std::string detail;
     };
     struct Question final {
-        const char* name;
+        std::string_view name;
         QCoro::Task<Verdict> (Doctor::*ask)(std::string action);
     };
     static const Question questions[];

@@ -6,33 +6,43 @@
 #include "protocol/XtreamError.h"
 #include "protocol/wire/DecodingError.h"
 
-#include <array>
 #include <string_view>
-#include <utility>
 
 namespace ondavia::cli {
 namespace {
 
-/// The transport's numbers, and what they mean for its user.
-constexpr std::array<std::pair<std::int64_t, std::string_view>, 9> transportWords{{
-    {6, "the server's name is not known"},
-    {7, "nobody answers at this address"},
-    {18, "the connection ended before the reply did"},
-    {28, "the server took too long"},
-    {35, "no encrypted connection with this server"},
-    {47, "the server sends us in a circle"},
-    {52, "the server closed the connection without a reply"},
-    {56, "the connection broke off"},
-    {60, "nobody vouches for the server's certificate"},
-}};
+std::string_view wordsFor(URLError::Kind kind) {
+    using Kind = URLError::Kind;
+    switch (kind) {
+    case Kind::UnknownHost:
+        return "the server's name is not known";
+    case Kind::Unreachable:
+        return "nobody answers at this address";
+    case Kind::TimedOut:
+        return "the server took too long";
+    case Kind::NoEncryption:
+        return "no encrypted connection with this server";
+    case Kind::Untrusted:
+        return "nobody vouches for the server's certificate";
+    case Kind::NoReply:
+        return "the server closed the connection without a reply";
+    case Kind::BrokenOff:
+        return "the connection broke off";
+    case Kind::Cut:
+        return "the connection ended before the reply did";
+    case Kind::TooManyRedirects:
+        return "the server sends us in a circle";
+    case Kind::TooLong:
+    case Kind::Cancelled:
+    case Kind::Other:
+        break;
+    }
+    return {};
+}
 
 std::string explain(const URLError& error) {
-    for (const auto& [code, words] : transportWords) {
-        if (code == error.code()) {
-            return std::string(words) + " (" + error.what() + ")";
-        }
-    }
-    return error.what();
+    const std::string_view words = wordsFor(error.kind());
+    return words.empty() ? error.what() : std::string(words) + " (" + error.what() + ")";
 }
 
 std::string explainStatus(int status) {

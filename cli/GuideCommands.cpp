@@ -1,12 +1,11 @@
 #include "app/Services.h"
+#include "base/VisibleText.h"
 #include "cli/Account.h"
 #include "cli/Arguments.h"
 #include "cli/Items.h"
 #include "cli/Output.h"
 #include "library/RefreshSchedule.h"
 #include "protocol/XtreamAPIClient.h"
-
-#include <cstdio>
 
 namespace ondavia::cli {
 namespace {
@@ -27,7 +26,7 @@ GuideChannel requireGuideChannel(const CommandContext& context) {
 
 /// A guide without an answer is no failure, but a silent command would look like one.
 void tellNothingFound(const char* text) {
-    std::fprintf(stderr, "%s\n", text);
+    writeLine(stderr, text);
 }
 
 void printPrograms(Output& output, const std::vector<EPGProgram>& programs) {
@@ -43,16 +42,13 @@ void printPrograms(Output& output, const std::vector<EPGProgram>& programs) {
 QCoro::Task<void> loadGuide(CommandContext context) {
     Services& services = context.services;
     const auto client = requireClient(services.appState);
-    EPGService service(services.guideEnvironment());
-    const std::string address = client->getEpgXMLURL();
-    co_await service.loadEPG(address);
-    const Date now = currentDate();
-    services.defaults->setDate(guideSchedule.lastKey, now);
+    co_await services.refresh.loadGuide(client);
     const std::int64_t programs = services.store->mainContext().count<EPGProgram>();
     if (programs == 0) {
         tellNothingFound("warning: the provider's guide holds no programme");
     }
-    const Record record{{"programs", programs}, {"lastEpgLoad", now}};
+    const Record record{{"programs", programs},
+                        {"lastEpgLoad", toValue(services.defaults->dateForKey(guideSchedule.lastKey))}};
     context.output.print(record);
 }
 
@@ -89,7 +85,8 @@ QCoro::Task<void> loadShortGuide(CommandContext context) {
          .sort = {ascending(&EPGProgram::start)}});
     std::erase_if(programs, [&prefix](const EPGProgram& program) { return !program.id.starts_with(prefix); });
     if (programs.empty()) {
-        tellNothingFound("the provider has no short guide for this channel: ondavia-cli doctor may say why");
+        tellNothingFound("the provider has no short guide for this channel, or it could not be kept: "
+                         "ondavia-cli doctor may say why");
     }
     printPrograms(context.output, programs);
 }

@@ -28,6 +28,13 @@ Channel requireSeries(Services& services, const std::string& idOrNumber) {
     return series;
 }
 
+void requireStream(const Channel& item) {
+    if (item.url.empty()) {
+        throw CommandError("a series has no stream of its own; its episodes have: ondavia-cli series " +
+                           item.id);
+    }
+}
+
 std::vector<Channel> episodesOf(const XtreamSeriesInfo& info, const Channel& parent,
                                 const XtreamAPIClient& client) {
     using Season = std::pair<std::int64_t, const std::vector<XtreamEpisode>*>;

@@ -26,6 +26,9 @@ namespace ondavia::cli {
 [[nodiscard]] std::vector<Channel> episodesOf(const XtreamSeriesInfo& info, const Channel& parent,
                                               const XtreamAPIClient& client);
 
+/// Raises CommandError for a series, which has no stream of its own.
+void requireStream(const Channel& item);
+
 /// The item of this id, an episode included: that one is asked for at the provider. Raises CommandError.
 /// `services` outlives the task.
 QCoro::Task<Channel> findItem(Services& services, std::string id);

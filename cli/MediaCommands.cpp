@@ -1,11 +1,10 @@
 #include "app/Services.h"
+#include "base/VisibleText.h"
 #include "cli/Account.h"
 #include "cli/Arguments.h"
 #include "cli/Items.h"
 #include "cli/Output.h"
 #include "protocol/XtreamAPIClient.h"
-
-#include <cstdio>
 
 namespace ondavia::cli {
 namespace {
@@ -21,7 +20,7 @@ std::string catchupURL(const Services& services, const Channel& channel, const C
         throw CommandError(channel.id + " is no live channel: it has no recordings");
     }
     if (!channel.tvArchive) {
-        std::fputs("warning: the provider does not announce recordings of this channel\n", stderr);
+        writeLine(stderr, "warning: the provider does not announce recordings of this channel");
     }
     return requireClient(services.appState)->getCatchupURL(channel.streamId, catchup.start, catchup.minutes);
 }
@@ -33,7 +32,7 @@ QCoro::Task<void> showSeries(CommandContext context) {
     const auto client = requireClient(context.services.appState);
     const XtreamSeriesInfo info = co_await client->getSeriesInfo(*series.seriesId);
     if (!info.episodes) {
-        std::fputs("warning: the provider's list of episodes cannot be read\n", stderr);
+        writeLine(stderr, "warning: the provider's list of episodes cannot be read");
     }
     Output::Table seasons(context.output, {"name", "episodeCount", "airDate"});
     for (const auto& season : info.seasons.value_or(std::vector<XtreamSeason>())) {
@@ -50,11 +49,10 @@ QCoro::Task<void> showSeries(CommandContext context) {
 QCoro::Task<void> printURL(CommandContext context) {
     const Channel item = co_await findItem(context.services, context.arguments.id);
     const auto& catchup = context.arguments.catchup;
-    const std::string url = catchup ? catchupURL(context.services, item, *catchup) : item.url;
-    if (url.empty()) {
-        throw CommandError("a series has no stream of its own; its episodes have: ondavia-cli series " +
-                           item.id);
+    if (!catchup) {
+        requireStream(item);
     }
+    const std::string url = catchup ? catchupURL(context.services, item, *catchup) : item.url;
     context.output.printURL(item.id, url);
 }
 

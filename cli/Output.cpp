@@ -1,6 +1,7 @@
 #include "cli/Output.h"
 
 #include "base/Redaction.h"
+#include "base/VisibleText.h"
 
 #include <QDateTime>
 #include <QJsonArray>
@@ -13,9 +14,6 @@
 namespace ondavia::cli {
 namespace {
 
-/// Shorter ones stand in half of all texts, and masking them would protect nothing.
-constexpr std::size_t shortestSecret = 4;
-
 template<class... Visitors> struct Overloaded : Visitors... { using Visitors::operator()...; };
 template<class... Visitors> Overloaded(Visitors...) -> Overloaded<Visitors...>;
 
@@ -27,18 +25,6 @@ QString qtText(const std::string& text) {
 std::size_t displayWidth(std::string_view text) {
     return static_cast<std::size_t>(std::ranges::count_if(
         text, [](char byte) { return (static_cast<unsigned char>(byte) & 0xC0) != 0x80; }));
-}
-
-/// A provider's text must not steer the terminal.
-std::string withoutControls(std::string text) {
-    std::ranges::replace_if(
-        text, [](char byte) { return static_cast<unsigned char>(byte) < 0x20 || byte == 0x7F; }, ' ');
-    for (std::size_t at = text.find('\xC2'); at != std::string::npos; at = text.find('\xC2', at + 1)) {
-        if (at + 1 < text.size() && static_cast<unsigned char>(text[at + 1]) < 0xA0) {
-            text.replace(at, 2, " ");
-        }
-    }
-    return text;
 }
 
 std::string decimalText(double number) {
@@ -55,8 +41,8 @@ std::string joined(const std::vector<std::string>& texts) {
     return result;
 }
 
-void writeText(std::string_view text) {
-    std::fwrite(text.data(), 1, text.size(), stdout);
+void writeObject(const QJsonObject& object) {
+    writeLine(stdout, visibleJson(QJsonDocument(object).toJson(QJsonDocument::Compact).toStdString()));
 }
 
 } // namespace
@@ -73,15 +59,15 @@ std::string memberName(std::string_view columnName) {
 std::string isoText(Date date) {
     const auto milliseconds = std::chrono::floor<std::chrono::milliseconds>(date).time_since_epoch();
     const auto time = QDateTime::fromMSecsSinceEpoch(milliseconds.count(), Qt::UTC);
-    return time.toString(Qt::ISODate).toStdString();
+    const std::string text = time.toString(Qt::ISODate).toStdString();
+    // Years of five digits have no such text.
+    return text.empty() ? std::to_string(milliseconds.count() / 1000) : text;
 }
 
 /// Pictures and the like keep their address unless the account stands in it; a stream's never does.
 std::string Output::masked(const std::string& name, const std::string& text) const {
-    const bool holdsPassword =
-        m_password.size() >= shortestSecret && text.find(m_password) != std::string::npos;
     const bool holdsQuery = text.find("password=") != std::string::npos;
-    return name == "url" || holdsPassword || holdsQuery ? maskSecrets(text) : text;
+    return name == "url" || holdsQuery || standsIn(text, m_password) ? maskSecrets(text) : text;
 }
 
 std::string Output::text(const Field& field) const {
@@ -90,10 +76,10 @@ std::string Output::text(const Field& field) const {
                           [](bool flag) { return std::string(flag ? "yes" : "no"); },
                           [](std::int64_t number) { return std::to_string(number); },
                           [](double number) { return decimalText(number); },
-                          [&](const std::string& text) { return withoutControls(masked(field.name, text)); },
+                          [&](const std::string& text) { return visibleText(masked(field.name, text)); },
                           [](Date date) { return isoText(date); },
                           [&](const std::vector<std::string>& texts) {
-                              return withoutControls(masked(field.name, joined(texts)));
+                              return visibleText(masked(field.name, joined(texts)));
                           },
                       },
                       field.value);
@@ -124,7 +110,7 @@ void Output::writeJson(const Record& record) const {
             object.insert(qtText(field.name), json);
         }
     }
-    writeText(QJsonDocument(object).toJson(QJsonDocument::Compact).toStdString() + '\n');
+    writeObject(object);
 }
 
 void Output::writeCells(const std::vector<std::string>& cells, const std::vector<std::size_t>& widths) const {
@@ -138,7 +124,7 @@ void Output::writeCells(const std::vector<std::string>& cells, const std::vector
         }
     }
     line.erase(line.find_last_not_of(' ') + 1);
-    writeText(line + '\n');
+    writeLine(stdout, line);
 }
 
 void Output::print(const Record& record) {
@@ -172,10 +158,9 @@ void Output::printLine(const Record& record, const std::vector<std::size_t>& wid
 
 void Output::printURL(const std::string& id, const std::string& url) {
     if (m_format == OutputFormat::Json) {
-        const QJsonObject object{{QStringLiteral("id"), qtText(id)}, {QStringLiteral("url"), qtText(url)}};
-        writeText(QJsonDocument(object).toJson(QJsonDocument::Compact).toStdString() + '\n');
+        writeObject({{QStringLiteral("id"), qtText(id)}, {QStringLiteral("url"), qtText(url)}});
     } else {
-        writeText(url + '\n');
+        writeLine(stdout, url);
     }
 }
 

@@ -2,7 +2,7 @@
 
 #include "app/Services.h"
 #include "cli/Items.h"
-#include "playback/TrackDump.h"
+#include "playback/StreamMeta.h"
 
 #include <QPointer>
 #include <QVariantList>
@@ -182,10 +182,7 @@ double Playback::secondsSoFar() const {
 
 QCoro::Task<void> playItem(CommandContext context) {
     const Channel item = co_await findItem(context.services, context.arguments.id);
-    if (item.url.empty()) {
-        throw CommandError("a series has no stream of its own; its episodes have: ondavia-cli series " +
-                           item.id);
-    }
+    requireStream(item);
     Playback playback(context.services, context.output);
     co_await playback.run(item, context.arguments.playFrom, context.arguments.playFor);
 }

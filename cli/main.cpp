@@ -1,6 +1,7 @@
 #include "app/QtMessages.h"
 #include "app/Services.h"
 #include "base/Redaction.h"
+#include "base/VisibleText.h"
 #include "cli/Arguments.h"
 #include "cli/Failures.h"
 #include "cli/Interruption.h"
@@ -8,6 +9,7 @@
 #include "cli/PasswordInput.h"
 
 #include <QCoreApplication>
+#include <qcoro/qcorosignal.h>
 
 #include <clocale>
 #include <cstdio>
@@ -21,7 +23,24 @@ constexpr int failureStatus = 1;
 
 void reportFailure(const std::exception& error) {
     std::fflush(stdout);
-    std::fprintf(stderr, "error: %s\n", explain(error).c_str());
+    writeLine(stderr, "error: " + explain(error));
+}
+
+/// Waits for the keyring, which may want a password first, and says so when that takes longer than a glance.
+QCoro::Task<void> awaitAccount(Services& services) {
+    const AppState& state = services.appState;
+    if (!state.isAwaitingAccount()) {
+        co_return;
+    }
+    QObject listener;
+    QObject::connect(&services.keychainQueue, &KeychainQueue::gaveUp, &listener, [] {
+        std::fputs("warning: the keyring does not answer, so nothing is remembered\n", stderr);
+    });
+    const auto notice = services.scheduler->once(1, [] {
+        std::fprintf(stderr, "waiting for the keyring, for %.0f seconds at the most\n",
+                     KeychainQueue::patience);
+    });
+    co_await qCoro(&services.appState, &AppState::isAwaitingAccountChanged);
 }
 
 /// Ends the event loop when the command has ended. In a later turn: a command that waits for nothing ends
@@ -29,6 +48,11 @@ void reportFailure(const std::exception& error) {
 QCoro::Task<void> runToTheEnd(CommandContext context) {
     int status = 0;
     try {
+        co_await awaitAccount(context.services);
+        const std::string& password =
+            context.arguments.wantsPassword ? context.password : context.services.appState.password();
+        registerSecret(password);
+        context.output.setPassword(password);
         co_await context.arguments.command(context);
         context.output.finish();
     } catch (const std::exception& error) {
@@ -45,8 +69,6 @@ int runCommand(const Arguments& arguments, Interruption& interruption) {
     interruption.endProcess();
     Services services(MpvOutputs::Null);
     Output output(arguments.format);
-    output.setPassword(arguments.wantsPassword ? password : services.appState.password());
-    registerSecret(services.appState.password());
     const CommandContext context{services, output, arguments, password};
     const auto running = runToTheEnd(context);
     return QCoreApplication::exec();
@@ -70,6 +92,9 @@ int main(int argc, char** argv) {
     } catch (const Interrupted& interrupted) {
         return 128 + interrupted.signal;
     } catch (const std::exception& error) {
+        if (parsed.arguments.command == &signOut) {
+            forgetAccount();
+        }
         reportFailure(error);
         return failureStatus;
     }

@@ -1,5 +1,5 @@
 #pragma once
-// What nearly every file of the pure rooms includes: compiled once a library.
+// What nearly every file of the pure rooms includes: compiled once.
 #include <algorithm>
 #include <chrono>
 #include <cstdint>

@@ -1,5 +1,5 @@
 #pragma once
-// What nearly every file with Qt includes: compiled once a library.
+// What nearly every file with Qt includes: compiled once.
 #include "pch_pure.h"
 
 #include <QObject>

@@ -2,7 +2,6 @@
 
 #include "demo/JsonWriter.h"
 
-#include <charconv>
 #include <fstream>
 #include <iterator>
 #include <stdexcept>
@@ -11,13 +10,9 @@ namespace ondavia::demo {
 namespace {
 
 constexpr const char* jsonType = "application/json";
-constexpr UnixTime daySeconds = 86400;
 
 std::int64_t numberParameter(const httplib::Request& request, const char* name) {
-    const std::string text = request.get_param_value(name);
-    std::int64_t number = -1;
-    std::from_chars(text.data(), text.data() + text.size(), number);
-    return number;
+    return number(request.get_param_value(name));
 }
 
 std::string login(Service& service, const ActiveFaults& faults) {

@@ -153,6 +153,10 @@ TitleRecord Catalogue::film(std::size_t index) const {
     TitleRecord record = describe(row, index, filmKey);
     record.id = firstFilmId + static_cast<std::int64_t>(index);
     record.category = categoryOf(filmCategories(), row.genre);
+    if (record.id == longFilmId) {
+        record.minutes = longFilmMinutes;
+        record.extension = "mp4";
+    }
     return record;
 }
 

@@ -64,6 +64,9 @@ public:
     static constexpr std::int64_t firstChannelId = 1001;
     static constexpr std::int64_t firstFilmId = 100001;
     static constexpr std::int64_t firstSeriesId = 2001;
+    /// The film whose file is as long as it says.
+    static constexpr std::int64_t longFilmId = 100010;
+    static constexpr int longFilmMinutes = 40;
 
     Catalogue(std::uint64_t seed, std::size_t scale);
 
@@ -82,6 +85,10 @@ public:
 
     /// All episodes of a series, seasons in order.
     [[nodiscard]] std::vector<EpisodeRecord> episodes(std::size_t seriesIndex) const;
+    /// An episode's number within its season, by its id.
+    [[nodiscard]] static int episodeNumber(std::int64_t episodeId) {
+        return static_cast<int>(episodeId % 100);
+    }
     /// The series of an episode id.
     [[nodiscard]] std::optional<std::size_t> seriesOfEpisode(const std::string& episodeId) const;
 

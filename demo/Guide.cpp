@@ -12,8 +12,6 @@
 namespace ondavia::demo {
 namespace {
 
-constexpr UnixTime daySeconds = 86400;
-
 /// The programmes that fit a channel; channels of a genre without its own show the general ones.
 std::vector<const ProgrammeRow*> rowsOf(Genre genre) {
     std::vector<const ProgrammeRow*> rows;

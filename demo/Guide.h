@@ -11,6 +11,7 @@ namespace ondavia::demo {
 
 /// Seconds since 1970, UTC.
 using UnixTime = std::int64_t;
+inline constexpr UnixTime daySeconds = 86400;
 
 UnixTime unixNow();
 /// "yyyyMMddHHmmss +hhmm" at the given offset in minutes.

@@ -10,7 +10,6 @@
 namespace ondavia::demo {
 namespace {
 
-constexpr UnixTime daySeconds = 86400;
 constexpr std::size_t generatedPerChannel = 50;
 constexpr std::size_t writeBlock = 4U << 20U;
 constexpr std::string_view head =

@@ -181,36 +181,54 @@ std::filesystem::path MediaFactory::film(std::size_t number, const std::string& 
     return make(stem + ".mkv", [&] { return repackRecipe(stem + ".mp4", subtitles(stem + ".mkv.srt")); });
 }
 
-std::filesystem::path MediaFactory::episode() {
-    return make("episode.mp4", [&] { return episodeRecipe(written("episode.txt", "Episódio")); });
+std::filesystem::path MediaFactory::longFilm() {
+    return make("film-long.mp4", [this] {
+        const auto sound = make("film-long-sound.mp4", longSoundRecipe);
+        return longFilmRecipe(longFilmSeconds, written("film-long.txt", "A Última Vindima"),
+                              sound.filename().string());
+    });
+}
+
+std::filesystem::path MediaFactory::episode(int number) {
+    const int index = (number - 1) % episodes + 1;
+    const std::string stem = "episode-" + std::to_string(index);
+    return make(stem + ".mp4", [&] {
+        return episodeRecipe(index, written(stem + ".txt", "Episódio " + std::to_string(index)));
+    });
+}
+
+std::vector<std::function<void()>> MediaFactory::jobs() {
+    std::vector<std::function<void()>> all;
+    for (std::size_t number = 0; number < films; ++number) {
+        all.emplace_back([this, number] { film(number, "mkv"); });
+    }
+    for (int number = 1; number <= episodes; ++number) {
+        all.emplace_back([this, number] { episode(number); });
+    }
+    for (std::size_t number = 0; number < loops; ++number) {
+        all.emplace_back([this, number] { loop(number); });
+    }
+    all.emplace_back([this] { longFilm(); });
+    return all;
 }
 
 void MediaFactory::makeAll() {
     warmUp();
     m_workers.clear();
-    for (std::size_t i = 0; i < loops; ++i) {
-        loop(i);
+    for (const auto& job : jobs()) {
+        job();
     }
-    for (std::size_t i = 0; i < films; ++i) {
-        film(i, "mkv");
-    }
-    episode();
 }
 
 void MediaFactory::warmUp() {
-    constexpr std::size_t jobs = loops + films + 1;
-    for (std::size_t worker = 0; worker < 2; ++worker) {
+    constexpr std::size_t workers = 2;
+    for (std::size_t worker = 0; worker < workers; ++worker) {
         m_workers.emplace_back([this, worker] {
-            for (std::size_t job = worker; job < jobs && !m_stop.stop_requested(); job += 2) {
+            const auto all = jobs();
+            for (std::size_t index = worker; index < all.size() && !m_stop.stop_requested();
+                 index += workers) {
                 try {
-                    // The film that the demo opens with comes first, then channels, then the rest.
-                    if (job < films) {
-                        film(job, "mkv");
-                    } else if (job == films) {
-                        episode();
-                    } else {
-                        loop(job - films - 1);
-                    }
+                    all[index]();
                 } catch (const std::runtime_error& error) {
                     // Whoever asks for the file gets the error too; the other files may still succeed.
                     if (!m_stop.stop_requested()) {

@@ -53,9 +53,9 @@ std::string label(const std::string& option, int size, const std::string& place)
 }
 
 /// Label, running clock and a bar that crosses the picture.
-std::string overlay(const std::string& labelFile, const std::string& badge) {
+std::string overlay(const std::string& labelFile, const std::string& badge, int badgeSize = 110) {
     return "scale=640:360:flags=bilinear,format=yuv420p," + label("textfile=" + labelFile, 40, "x=36:y=270") +
-           "," + label("text=" + badge, 110, "x=36:y=30") + "," +
+           "," + label("text=" + badge, badgeSize, "x=36:y=30") + "," +
            label("text='%{pts\\:hms}'", 26, "x=w-tw-36:y=36") +
            ",drawbox=x='mod(t*64\\,640)':y=346:w=64:h=6:color=white:t=fill";
 }
@@ -168,11 +168,66 @@ Arguments repackRecipe(const std::string& filmFile, const std::string& subtitleF
             "matroska"};
 }
 
-Arguments episodeRecipe(const std::string& labelFile) {
+Arguments episodeRecipe(int number, const std::string& labelFile) {
+    constexpr int largeBadge = 220;
+    const auto step = static_cast<std::size_t>(number);
     return joined(
-        {"-f", "lavfi", "-i", background(33, "60"), "-f", "lavfi", "-i", tone(196, "60"), "-filter_complex",
-         "[0:v]" + overlay(labelFile, "EP") + "[v];[1:a]volume=0.35[a]", "-map", "[v]", "-map", "[a]"},
+        {"-f", "lavfi", "-i", background(33 + step, "60"), "-f", "lavfi", "-i", tone(196 + 20 * number, "60"),
+         "-filter_complex",
+         "[0:v]" + overlay(labelFile, std::to_string(number), largeBadge) + "[v];[1:a]volume=0.35[a]", "-map",
+         "[v]", "-map", "[a]"},
         joined(encoding("29"), {"-metadata:s:a:0", "language=por", "-movflags", "+faststart", "-f", "mp4"}));
+}
+
+Arguments longSoundRecipe() {
+    return {"-f",   "lavfi", "-i",   "sine=f=180:beep_factor=4:r=24000:d=30,volume=0.35",
+            "-c:a", "aac",   "-b:a", "24k",
+            "-ac",  "1",     "-f",   "mp4"};
+}
+
+Arguments longFilmRecipe(int seconds, const std::string& labelFile, const std::string& soundFile) {
+    const std::string length = std::to_string(seconds);
+    const std::string picture = "color=c=0x2f6f9f:s=640x360:r=2:d=" + length;
+    const std::string drawing = "hue=H=floor(t/60)*0.9,format=yuv420p," +
+                                label("textfile=" + labelFile, 40, "x=36:y=270") + "," +
+                                label("text='%{pts\\:hms}'", 70, "x=36:y=110") + ",drawbox=x='640*t/" +
+                                length + "':y=346:w=12:h=6:color=white:t=fill";
+    return {"-stream_loop",
+            "-1",
+            "-i",
+            soundFile,
+            "-f",
+            "lavfi",
+            "-i",
+            picture,
+            "-filter_complex",
+            "[1:v]" + drawing + "[v]",
+            "-map",
+            "[v]",
+            "-map",
+            "0:a",
+            "-t",
+            length,
+            "-c:v",
+            "libx264",
+            "-preset",
+            "ultrafast",
+            "-threads",
+            "1",
+            "-g",
+            "10",
+            "-bf",
+            "0",
+            "-crf",
+            "34",
+            "-c:a",
+            "copy",
+            "-metadata:s:a:0",
+            "language=por",
+            "-movflags",
+            "+faststart",
+            "-f",
+            "mp4"};
 }
 
 } // namespace ondavia::demo

@@ -17,6 +17,11 @@ Arguments filmRecipe(std::size_t number, int seconds, const std::string& labelFi
                      const std::string& subtitleFile);
 /// The same film in the other container.
 Arguments repackRecipe(const std::string& filmFile, const std::string& subtitleFile);
-Arguments episodeRecipe(const std::string& labelFile);
+/// In a colour of its own, with its number large.
+Arguments episodeRecipe(int number, const std::string& labelFile);
+/// Half a minute of sound, to be repeated under a long film.
+Arguments longSoundRecipe();
+/// The time large in the picture, and another colour every minute. Two pictures a second: cheap to make.
+Arguments longFilmRecipe(int seconds, const std::string& labelFile, const std::string& soundFile);
 
 } // namespace ondavia::demo

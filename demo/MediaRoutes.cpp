@@ -3,7 +3,6 @@
 #include "demo/SubtitleText.h"
 
 #include <algorithm>
-#include <charconv>
 #include <chrono>
 #include <stdexcept>
 
@@ -18,12 +17,6 @@ constexpr const char* streamType = "video/mp2t";
 constexpr double burstSeconds = 3.0;
 constexpr std::size_t packetsAtOnce = 160;
 constexpr std::uint64_t longestRecording = 24 * 60;
-
-std::int64_t number(const std::string& text) {
-    std::int64_t value = -1;
-    std::from_chars(text.data(), text.data() + text.size(), value);
-    return value;
-}
 
 /// One viewer of one channel.
 class LiveSession final {
@@ -119,8 +112,9 @@ void film(Service& service, const httplib::Request& request, httplib::Response& 
         delivery.refuse(404, "no such film");
         return;
     }
-    const std::string extension = request.matches[4];
-    delivery.sendFile(service.media.film(*index, extension),
+    const bool isLong = number(request.matches[3]) == Catalogue::longFilmId;
+    const std::string extension = isLong ? "mp4" : request.matches[4].str();
+    delivery.sendFile(isLong ? service.media.longFilm() : service.media.film(*index, extension),
                       extension == "mkv" ? "video/x-matroska" : "video/mp4", ticket);
 }
 
@@ -131,7 +125,8 @@ void episode(Service& service, const httplib::Request& request, httplib::Respons
         return;
     }
     if (service.catalogue.seriesOfEpisode(request.matches[3])) {
-        delivery.sendFile(service.media.episode(), "video/mp4", ticket);
+        delivery.sendFile(service.media.episode(Catalogue::episodeNumber(number(request.matches[3]))),
+                          "video/mp4", ticket);
     } else {
         delivery.refuse(404, "no such episode");
     }
@@ -170,9 +165,10 @@ void subtitles(Service& service, const httplib::Request& request, httplib::Respo
     }
     const bool portuguese = request.matches[2] == "por";
     const bool srt = request.matches[3] == "srt";
+    const bool isLong = number(request.matches[1]) == Catalogue::longFilmId;
     delivery.send(subtitleText(srt ? SubtitleFormat::srt : SubtitleFormat::webVtt,
                                portuguese ? SubtitleLanguage::portuguese : SubtitleLanguage::english,
-                               MediaFactory::filmSeconds),
+                               isLong ? MediaFactory::longFilmSeconds : MediaFactory::filmSeconds),
                   srt ? "application/x-subrip" : "text/vtt");
 }
 

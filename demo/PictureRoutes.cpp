@@ -1,17 +1,9 @@
 #include "demo/Delivery.h"
 
-#include <charconv>
-
 namespace ondavia::demo {
 namespace {
 
 using Shape = PictureRequest::Shape;
-
-std::int64_t number(const std::string& text) {
-    std::int64_t value = -1;
-    std::from_chars(text.data(), text.data() + text.size(), value);
-    return value;
-}
 
 /// What a provider's picture path shows, or absent for an id that the catalogue does not hold.
 std::optional<PictureRequest> providerPicture(const Service& service, const std::string& folder,

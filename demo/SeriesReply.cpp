@@ -23,7 +23,8 @@ void writeSeason(JsonWriter& json, const TitleRecord& series, int season, std::i
 }
 
 void writeEpisode(JsonWriter& json, const TitleRecord& series, const EpisodeRecord& episode,
-                  const std::string& still) {
+                  const std::string& baseUrl) {
+    const std::string still = baseUrl + "/pictures/still/" + episode.id + ".jpg";
     json.beginObject().member("id", episode.id).key("episode_num");
     episode.number % 2 == 0 ? json.number(episode.number) : json.string(std::to_string(episode.number));
     json.member("title", series.title + " - S0" + std::to_string(episode.season) + "E" +
@@ -36,7 +37,14 @@ void writeEpisode(JsonWriter& json, const TitleRecord& series, const EpisodeReco
     episode.number % 3 == 0 ? json.string("7.4") : json.tenths(81);
     json.member("duration", durationText(episode.minutes)).member("duration_secs", episode.minutes * 60);
     json.member("bitrate", 620).member("cover_big", still).endObject();
-    json.key("subtitles").beginArray().endArray().member("season", episode.season).endObject();
+    json.key("subtitles").beginArray();
+    // Some episodes have none, so that going on to them shows that those of the one before go.
+    if (episode.number % 4 != 0) {
+        for (const char* language : {".por.srt", ".eng.srt"}) {
+            json.string(baseUrl + "/subtitles/" + episode.id + language);
+        }
+    }
+    json.endArray().member("season", episode.season).endObject();
 }
 
 } // namespace
@@ -71,7 +79,7 @@ std::string Replies::seriesInfo(std::size_t index, EpisodesShape shape) const {
         json.beginArray();
         for (const EpisodeRecord& episode : episodes) {
             if (episode.season == season) {
-                writeEpisode(json, series, episode, m_baseUrl + "/pictures/still/" + episode.id + ".jpg");
+                writeEpisode(json, series, episode, m_baseUrl);
             }
         }
         json.endArray();

@@ -13,6 +13,8 @@
 #include <httplib.h>
 
 #include <atomic>
+#include <charconv>
+#include <cstdint>
 #include <memory>
 #include <mutex>
 #include <stop_token>
@@ -34,6 +36,13 @@ public:
 private:
     std::atomic<int>& m_open;
 };
+
+/// The number that a part of an address starts with, or -1.
+inline std::int64_t number(const std::string& text) {
+    std::int64_t value = -1;
+    std::from_chars(text.data(), text.data() + text.size(), value);
+    return value;
+}
 
 /// Everything that the routes answer from. Lives as long as the server; used by all its threads.
 class Service final {

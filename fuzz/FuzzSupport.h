@@ -10,6 +10,7 @@
 #include <cstdlib>
 #include <optional>
 #include <string_view>
+#include <variant>
 
 namespace ondavia::fuzzing {
 
@@ -37,15 +38,25 @@ inline std::string_view textOf(const std::uint8_t* data, std::size_t size) {
     return {reinterpret_cast<const char*>(data), size};
 }
 
-/// What decoding `json` comes to: a reply, or one of the two documented refusals.
-template<class Reply> std::optional<Reply> decoded(std::string_view json) {
+/// What decoding comes to: a reply, or one of the two documented refusals.
+enum class Refusal { Decoding, FatalFault };
+template<class Reply> using Outcome = std::variant<Reply, Refusal>;
+
+template<class Decode> auto outcomeOf(Decode decode) -> Outcome<decltype(decode())> {
     try {
-        return decodeReply<Reply>(json, "fuzz");
+        return decode();
     } catch (const DecodingError&) {
-        return std::nullopt;
+        return Refusal::Decoding;
     } catch (const FatalFaultRaised&) {
-        return std::nullopt;
+        return Refusal::FatalFault;
     }
+}
+
+/// The reply, where `json` is one.
+template<class Reply> std::optional<Reply> decoded(std::string_view json) {
+    auto outcome = outcomeOf([json] { return decodeReply<Reply>(json, "fuzz"); });
+    auto* reply = std::get_if<Reply>(&outcome);
+    return reply == nullptr ? std::nullopt : std::optional<Reply>(std::move(*reply));
 }
 
 /// Whatever decodes is the same after encoding and decoding again.

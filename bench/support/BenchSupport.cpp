@@ -64,8 +64,12 @@ StallMeter::StallMeter() {
     m_timer.start(1);
 }
 
+double residentMemory() {
+    return statusMemory("VmRSS:");
+}
+
 Measurement measure(const std::function<void()>& work) {
-    const double before = statusMemory("VmRSS:");
+    const double before = residentMemory();
     resetHighWaterMark();
     const StallMeter stall;
     QElapsedTimer clock;

@@ -46,6 +46,9 @@ private:
     std::int64_t m_longest = 0;
 };
 
+/// What the process holds in memory now, in MiB.
+[[nodiscard]] double residentMemory();
+
 /// Runs `work` and measures it. Memory is measured from a reset of the process's high-water mark.
 Measurement measure(const std::function<void()>& work);
 

@@ -3,15 +3,31 @@
 #include "app/Services.h"
 #include "platform/linux/GraphicsDriver.h"
 
+#include <QGuiApplication>
+#include <QQuickWindow>
+
 namespace ondavia {
 
 namespace {
+
+/// Where OpenGL is drawn by the processor, Qt draws with the processor itself: it draws only what has
+/// changed, and a film costs it a fraction. Who says otherwise in the environment has it so.
+void chooseDrawing() {
+    const bool isChosen =
+        qEnvironmentVariableIsSet("QT_QUICK_BACKEND") || qEnvironmentVariableIsSet("QSG_RHI_BACKEND");
+    if (!isChosen && isOpenGlSoftware()) {
+        QQuickWindow::setGraphicsApi(QSGRendererInterface::Software);
+    }
+}
 
 ScreenServices screenServices(Services& services, ContentViewModel& content, const std::string& language) {
     return {.appState = services.appState,
             .store = *services.store,
             .catalogue = services.catalogue,
             .playerManager = services.playerManager,
+            .audioSession = *services.audioSession,
+            .systemVolume = services.systemVolume,
+            .screenBrightness = *services.screenBrightness,
             .defaults = *services.defaults,
             .keychain = services.keychain,
             .makeSession = services.makeSession,
@@ -19,13 +35,14 @@ ScreenServices screenServices(Services& services, ContentViewModel& content, con
             .content = content,
             .cacheFolder = services.folders.cache,
             .language = language,
-            .readGraphicsDriver = readGraphicsDriver};
+            .readGraphicsDriver = [] { readGraphicsDriver(QGuiApplication::platformName().toStdString()); },
+            .chooseDrawing = chooseDrawing};
 }
 
 } // namespace
 
 MainWindow::MainWindow(Services& services, const std::string& language)
-    : m_content(services.syncEnvironment(), services.guideEnvironment()) {
+    : m_content(services.appState, services.refresh) {
     // While the window is made, which takes longer.
     services.catalogue.prefetch();
     m_screens.emplace(screenServices(services, m_content, language));

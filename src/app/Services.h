@@ -2,22 +2,28 @@
 
 #include "guide/EPGService.h"
 #include "library/CatalogueSummary.h"
-#include "library/DataSyncService.h"
+#include "library/LibraryRefresh.h"
 #include "library/NetworkMonitor.h"
 #include "platform/AVAudioSession.h"
 #include "platform/NotificationCenter.h"
 #include "platform/Scheduler.h"
+#include "platform/ScreenBrightness.h"
 #include "platform/SecItem.h"
 #include "platform/URLSession.h"
 #include "platform/UserDefaults.h"
 #include "platform/linux/DataFolders.h"
+#include "platform/linux/MessageBus.h"
+#include "platform/linux/MprisService.h"
+#include "platform/linux/PulseVolume.h"
 #include "playback/PlayerManager.h"
 #include "playback/engine/MpvPlayerFactory.h"
 #include "state/AppState.h"
+#include "state/KeychainQueue.h"
 #include "state/KeychainService.h"
 #include "store/LibraryStore.h"
 
 #include <memory>
+#include <optional>
 
 namespace ondavia {
 
@@ -32,7 +38,6 @@ public:
     Services(const Services&) = delete;
     Services& operator=(const Services&) = delete;
 
-    [[nodiscard]] SyncEnvironment syncEnvironment();
     [[nodiscard]] GuideEnvironment guideEnvironment();
 
     DataFolders folders;
@@ -40,17 +45,30 @@ public:
     NotificationCenter notifications;
     std::unique_ptr<UserDefaults> defaults;
     std::unique_ptr<SecItemStore> secItems;
+    MessageBus sessionBus{MessageBus::Kind::Session};
+    MessageBus systemBus{MessageBus::Kind::System};
+    PulseVolume systemVolume;
+    std::unique_ptr<ScreenBrightness> screenBrightness;
     std::unique_ptr<AVAudioSession> audioSession;
     std::unique_ptr<IdleInhibitor> idleInhibitor;
     URLSessionFactory makeSession;
+    MPNowPlayingInfoCenter nowPlayingInfoCenter;
+    MPRemoteCommandCenter remoteCommandCenter;
     std::unique_ptr<LibraryStore> store;
     CatalogueSummary catalogue;
     /// After the store, and so gone before it.
-    GuideWorkers guideWorkers;
+    CountedThreads guideWorkers;
     NetworkMonitor network;
     PlayerManager playerManager;
+    /// Absent where nobody is to see what plays, as in a program without a window.
+    std::optional<MprisService> mpris;
     KeychainService keychain;
+    KeychainQueue keychainQueue;
     AppState appState;
+    LibraryRefresh refresh;
+
+private:
+    void showOnBus();
 };
 
 } // namespace ondavia

@@ -2,6 +2,7 @@
 
 #include "base/Date.h"
 #include "base/Redaction.h"
+#include "base/VisibleText.h"
 
 #include <cstdio>
 #include <cstdlib>
@@ -13,18 +14,10 @@ namespace {
 
 std::mutex sinkMutex;
 
+/// Never destroyed: threads that outlast the process's patience at its end still log.
 AppLogger::Sink& currentSink() {
-    static AppLogger::Sink sink;
-    return sink;
-}
-
-std::string oneLine(std::string text) {
-    for (char& character : text) {
-        if (static_cast<unsigned char>(character) < 0x20) {
-            character = ' ';
-        }
-    }
-    return text;
+    static auto* const sink = new AppLogger::Sink;
+    return *sink;
 }
 
 std::string rendered(const LogArgument& argument, bool isPublic) {
@@ -32,7 +25,7 @@ std::string rendered(const LogArgument& argument, bool isPublic) {
         return std::to_string(*number);
     }
     const auto& text = std::get<std::string>(argument.value());
-    return oneLine(isPublic ? text : maskSecrets(text));
+    return isPublic ? text : maskSecrets(text);
 }
 
 std::string format(std::string_view pattern, std::initializer_list<LogArgument> arguments) {
@@ -79,8 +72,10 @@ void print(const LogRecord& record) {
     localtime_r(&now, &parts);
     char clock[16] = {};
     std::strftime(clock, sizeof clock, "%H:%M:%S", &parts);
-    std::fprintf(stderr, "%s com.ondavia %s %s: %s\n", clock, logCategoryName(record.category).data(),
-                 record.level == LogLevel::Error ? "error" : "debug", record.message.c_str());
+    std::string line = clock;
+    line.append(" com.ondavia ").append(logCategoryName(record.category));
+    line.append(record.level == LogLevel::Error ? " error: " : " debug: ").append(record.message);
+    writeLine(stderr, line);
 }
 
 } // namespace
@@ -122,7 +117,7 @@ void Logger::debug(std::string_view format, std::initializer_list<LogArgument> a
 
 void Logger::write(LogLevel level, std::string_view pattern,
                    std::initializer_list<LogArgument> arguments) const {
-    const LogRecord record{level, m_category, format(pattern, arguments)};
+    const LogRecord record{level, m_category, visibleText(format(pattern, arguments))};
     const std::lock_guard lock(sinkMutex);
     if (currentSink()) {
         currentSink()(record);

@@ -13,7 +13,7 @@ namespace ondavia {
 enum class LogLevel { Debug, Error };
 enum class LogCategory { player, network, subtitle, keychain, general };
 
-/// One line on its way out, with every secret already masked.
+/// One line on its way out, with every secret masked and no control character in it.
 struct LogRecord final {
     LogLevel level;
     LogCategory category;
@@ -42,8 +42,8 @@ private:
 ///
 /// A format holds `%s`, `%d` and `%ld`. A text is private unless its place says `%{public}s`: private
 /// texts go through `maskSecrets`, since they may carry a media URL or a credential; a public one is
-/// printed as it stands, on the word of the line's author. Line breaks in a text are printed as blanks,
-/// so that one call is one line. May be called from any thread.
+/// printed as it stands, on the word of the line's author. Line ends and other control characters are
+/// written out, so that one call is one line. May be called from any thread.
 class Logger final {
 public:
     explicit Logger(LogCategory category)

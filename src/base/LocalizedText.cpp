@@ -8,9 +8,10 @@ namespace ondavia {
 
 namespace {
 
+/// Never destroyed: an error of a thread that outlasts the process's patience is made of these texts.
 std::atomic<std::shared_ptr<const TextCatalogue>>& installedCatalogue() {
-    static std::atomic<std::shared_ptr<const TextCatalogue>> catalogue;
-    return catalogue;
+    static auto* const catalogue = new std::atomic<std::shared_ptr<const TextCatalogue>>;
+    return *catalogue;
 }
 
 std::string lowercaseLanguageCode(std::string_view locale) {

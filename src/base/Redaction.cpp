@@ -1,28 +1,30 @@
 #include "base/Redaction.h"
 
+#include "base/SecretFinder.h"
+
 #include <algorithm>
-#include <functional>
+#include <array>
 #include <mutex>
-#include <vector>
+#include <optional>
 
 namespace ondavia {
 namespace {
 
-constexpr std::size_t shortestSecret = 4;
-/// Stands for a secret while the masks that go by the form of a text are at work: one that was cut in two
-/// by them would not be known again. No character that any of them stops at.
-constexpr char secretMark = '\x7F';
-
 std::mutex secretsMutex;
 
+/// Never destroyed: what is logged at the very end of the process is masked too.
 std::vector<std::string>& secrets() {
-    static std::vector<std::string> list;
-    return list;
+    static auto* const list = new std::vector<std::string>;
+    return *list;
 }
 
-bool endsURL(char character) {
-    return static_cast<unsigned char>(character) <= 0x20 || character == '"' || character == '\'' ||
-           character == '<' || character == '>' || character == ',' || character == ')' || character == ']';
+std::vector<bool> secretBytes(std::string_view text, TextEnd end) {
+    std::vector<bool> marks(text.size(), false);
+    const std::lock_guard lock(secretsMutex);
+    for (const std::string& secret : secrets()) {
+        markSecret(text, secret, end, marks);
+    }
+    return marks;
 }
 
 bool isSchemeCharacter(char character) {
@@ -30,144 +32,229 @@ bool isSchemeCharacter(char character) {
            (character >= '0' && character <= '9') || character == '+' || character == '-' || character == '.';
 }
 
-std::size_t endOfToken(std::string_view text, std::size_t from) {
-    while (from < text.size() && !endsURL(text[from])) {
-        ++from;
-    }
-    return from;
+bool isHostCharacter(char character) {
+    return (isSchemeCharacter(character) && character != '+') || character == '_' || character == '~' ||
+           static_cast<unsigned char>(character) >= 0x80;
 }
 
-/// Keeps scheme, host and port of each URL; a user part before the host goes too. A password may hold
-/// any character that a URL token ends at, blanks aside, so what follows the authority is masked up to
-/// the next blank or quotation mark.
-std::string maskURLs(std::string_view text) {
-    std::string masked;
-    while (true) {
-        const auto mark = text.find("://");
-        if (mark == std::string_view::npos || mark == 0 || !isSchemeCharacter(text[mark - 1])) {
-            masked += text.substr(0, mark == std::string_view::npos ? mark : mark + 3);
-            if (mark == std::string_view::npos) {
-                return masked;
-            }
-            text.remove_prefix(mark + 3);
-            continue;
-        }
-        masked += text.substr(0, mark + 3);
-        text.remove_prefix(mark + 3);
-        const auto authorityEnd = std::min(text.find_first_of("/?#"), endOfToken(text, 0));
-        std::string_view authority = text.substr(0, authorityEnd);
-        if (const auto at = authority.rfind('@'); at != std::string_view::npos) {
-            masked += maskedText;
-            authority.remove_prefix(at);
-        }
-        masked += authority;
-        text.remove_prefix(authority.data() + authority.size() - text.data());
-        const auto tokenEnd = text.find_first_of(" \t\r\n\"'<>");
-        const auto rest = text.substr(0, tokenEnd);
-        if (!rest.empty() && (rest.front() == '/' || rest.front() == '?' || rest.front() == '#')) {
-            if (rest.size() > 1) {
-                masked += rest.front();
-                masked += maskedText;
+/// What is neither is more likely a password with a slash in it.
+bool isHostAndPort(std::string_view text) {
+    constexpr std::size_t mostPortDigits = 5;
+    const auto bracket = text.starts_with('[') ? text.find(']') : std::string_view::npos;
+    const auto colon = text.find(':', bracket == std::string_view::npos ? 0 : bracket);
+    const auto host = text.substr(0, colon);
+    const auto port = colon == std::string_view::npos ? std::string_view() : text.substr(colon + 1);
+    const bool isAddress = bracket != std::string_view::npos && bracket + 1 == host.size() &&
+                           host.find_first_not_of("[]:.0123456789abcdefABCDEF") == std::string_view::npos;
+    return (isAddress || std::ranges::all_of(host, isHostCharacter)) && port.size() <= mostPortDigits &&
+           port.find_first_not_of("0123456789") == std::string_view::npos;
+}
+
+/// Goes through a text once and copies what may be seen. A delimiter within a registered secret does not
+/// delimit: of a password with a blank in it, no half stays behind.
+class Masker final {
+public:
+    Masker(std::string_view text, TextEnd end)
+        : m_text(text)
+        , m_isSecret(secretBytes(text, end)) {}
+
+    std::string run() {
+        while (m_at < m_text.size()) {
+            const bool isMasked =
+                maskURL() || maskMediaPath() || maskQueryValue() || maskMember() || maskSecret();
+            if (isMasked) {
+                m_isInWord = false;
             } else {
-                masked += rest;
+                m_isInWord = isSchemeCharacter(m_text[m_at]);
+                copyTo(m_at + 1);
             }
-            text.remove_prefix(rest.size());
+        }
+        return std::move(m_masked);
+    }
+
+private:
+    [[nodiscard]] std::string_view rest() const { return m_text.substr(m_at); }
+
+    /// Where `form` ends that begins at `at`, with or without JSON's backslash before each slash and
+    /// quotation mark; absent where it does not.
+    [[nodiscard]] std::optional<std::size_t> endOf(std::string_view form, std::size_t at) const {
+        for (const char byte : form) {
+            const bool isEscaped = (byte == '/' || byte == '"') && m_text.substr(at).starts_with('\\');
+            at += isEscaped ? 1 : 0;
+            if (at >= m_text.size() || m_text[at] != byte) {
+                return std::nullopt;
+            }
+            ++at;
+        }
+        return at;
+    }
+
+    void copyTo(std::size_t end) {
+        m_masked += m_text.substr(m_at, end - m_at);
+        m_at = end;
+    }
+
+    void maskTo(std::size_t end) {
+        m_masked += maskedText;
+        m_at = end;
+    }
+
+    /// The first of `delimiters`, or control character, that delimits; the end of the text without one.
+    [[nodiscard]] std::size_t findFrom(std::size_t at, std::string_view delimiters) const {
+        while (at < m_text.size() &&
+               (m_isSecret[at] || (static_cast<unsigned char>(m_text[at]) >= 0x20 &&
+                                   delimiters.find(m_text[at]) == std::string_view::npos))) {
+            ++at;
+        }
+        return at;
+    }
+
+    bool maskURL() {
+        if (m_isInWord) {
+            return false;
+        }
+        const auto scheme =
+            static_cast<std::size_t>(std::ranges::find_if_not(rest(), isSchemeCharacter) - rest().begin());
+        const auto authority = scheme == 0 ? std::nullopt : endOf("://", m_at + scheme);
+        if (!authority) {
+            return false;
+        }
+        copyTo(*authority);
+        maskAuthority();
+        // A password may hold most of what ends a URL in a text.
+        const auto end = findFrom(m_at, " \"'<>");
+        if (end > m_at && std::string_view("/?#\\").find(m_text[m_at]) != std::string_view::npos) {
+            copyTo(endOf("/", m_at).value_or(m_at + 1));
+            if (end > m_at) {
+                maskTo(end);
+            }
+        }
+        return true;
+    }
+
+    void maskAuthority() {
+        const bool isAddress = rest().starts_with('[');
+        const auto end = findFrom(m_at, isAddress ? "/?#\\ \"'<>,)" : "/?#\\ \"'<>,)]");
+        const auto user = m_text.substr(m_at, end - m_at).rfind('@');
+        if (user != std::string_view::npos) {
+            maskTo(m_at + user);
+            copyTo(m_at + 1);
+        }
+        if (isHostAndPort(m_text.substr(m_at, end - m_at))) {
+            copyTo(end);
+        } else {
+            maskTo(end);
         }
     }
-}
 
-std::string maskMediaPaths(std::string text) {
-    for (const std::string_view root : {"/live/", "/movie/", "/series/", "/timeshift/"}) {
-        for (auto at = text.find(root); at != std::string::npos; at = text.find(root, at)) {
-            at += root.size();
-            const auto userEnd = text.find_first_of("/ \"'", at);
-            if (userEnd == std::string::npos || text[userEnd] != '/') {
+    bool maskMediaPath() {
+        constexpr std::array<std::string_view, 4> roots{"/live/", "/movie/", "/series/", "/timeshift/"};
+        std::optional<std::size_t> rootEnd;
+        for (const auto root : roots) {
+            rootEnd = rootEnd ? rootEnd : endOf(root, m_at);
+        }
+        if (!rootEnd) {
+            return false;
+        }
+        const auto userEnd = findFrom(*rootEnd, "/ \"'");
+        if (userEnd == m_text.size() || m_text[userEnd] != '/') {
+            return false;
+        }
+        const auto passwordEnd = findFrom(userEnd + 1, "/ \"'");
+        copyTo(*rootEnd);
+        maskTo(passwordEnd);
+        return true;
+    }
+
+    bool maskQueryValue() {
+        for (const std::string_view key : {"username=", "password="}) {
+            if (rest().starts_with(key)) {
+                copyTo(m_at + key.size());
+                maskValue("& \"'");
+                return true;
+            }
+        }
+        return false;
+    }
+
+    bool maskMember() {
+        for (const std::string_view key : {"\"username\"", "\"password\""}) {
+            const auto keyEnd = endOf(key, m_at);
+            if (!keyEnd) {
                 continue;
             }
-            const auto passwordEnd = std::min(text.find_first_of("/ \"'", userEnd + 1), text.size());
-            text.replace(at, passwordEnd - at, maskedText);
+            const auto colon = m_text.find_first_not_of(" \t\r\n", *keyEnd);
+            if (colon == std::string_view::npos || m_text[colon] != ':') {
+                return false;
+            }
+            copyTo(std::min(m_text.find_first_not_of(" \t\r\n", colon + 1), m_text.size()));
+            maskValue(",}] ");
+            return true;
         }
+        return false;
     }
-    return text;
-}
 
-std::string maskQueryValues(std::string text) {
-    for (const std::string_view key : {"username=", "password="}) {
-        for (auto at = text.find(key); at != std::string::npos; at = text.find(key, at)) {
-            at += key.size();
-            const auto end = std::min(text.find_first_of("& \"'\r\n", at), text.size());
-            text.replace(at, end - at, maskedText);
+    /// Up to one of `delimiters`; what stands in quotation marks, up to the closing one.
+    void maskValue(std::string_view delimiters) {
+        const auto opened = endOf("\"", m_at);
+        if (!opened) {
+            maskTo(findFrom(m_at, delimiters));
+            return;
         }
-    }
-    return text;
-}
-
-void replaceAll(std::string& text, std::string_view what, std::string_view replacement) {
-    for (auto at = text.find(what); at != std::string::npos; at = text.find(what, at)) {
-        text.replace(at, what.size(), replacement);
-        at += replacement.size();
-    }
-}
-
-std::string markRegistered(std::string text) {
-    const std::lock_guard lock(secretsMutex);
-    for (const auto& secret : secrets()) {
-        replaceAll(text, secret, {&secretMark, 1});
-    }
-    return text;
-}
-
-std::string maskMarks(std::string text) {
-    replaceAll(text, {&secretMark, 1}, maskedText);
-    return text;
-}
-
-bool isUnreserved(char character) {
-    return isSchemeCharacter(character) || character == '_' || character == '~';
-}
-
-/// What a URL keeps as it is when it is not told what its parts mean.
-bool mayStandInURL(char character) {
-    const auto byte = static_cast<unsigned char>(character);
-    return byte > 0x20 && byte < 0x7F && std::string_view("\"<>\\^`{|}").find(character) == std::string::npos;
-}
-
-std::string percentEncoded(std::string_view text, bool (*isKept)(char)) {
-    constexpr std::string_view digits = "0123456789ABCDEF";
-    std::string encoded;
-    for (const char character : text) {
-        const auto byte = static_cast<unsigned char>(character);
-        if (isKept(character)) {
-            encoded += character;
-        } else {
-            encoded += '%';
-            encoded += digits[byte >> 4];
-            encoded += digits[byte & 15];
+        const std::size_t escapes = *opened - m_at - 1;
+        copyTo(*opened);
+        auto end = findFrom(m_at, "\"");
+        while (backslashesBefore(end) > escapes) {
+            end = findFrom(end + 1, "\"");
         }
+        maskTo(end - backslashesBefore(end));
     }
-    return encoded;
-}
+
+    /// How many of the bytes from here on stand right before a quotation mark at `at`; none where there is
+    /// none.
+    [[nodiscard]] std::size_t backslashesBefore(std::size_t at) const {
+        std::size_t count = 0;
+        while (at < m_text.size() && m_text[at] == '"' && at - count > m_at &&
+               m_text[at - count - 1] == '\\') {
+            ++count;
+        }
+        return count;
+    }
+
+    bool maskSecret() {
+        if (!m_isSecret[m_at]) {
+            return false;
+        }
+        const auto end =
+            std::find(m_isSecret.begin() + static_cast<std::ptrdiff_t>(m_at), m_isSecret.end(), false);
+        maskTo(static_cast<std::size_t>(end - m_isSecret.begin()));
+        return true;
+    }
+
+    std::string_view m_text;
+    std::vector<bool> m_isSecret;
+    std::string m_masked;
+    std::size_t m_at = 0;
+    /// Whether the byte before is one that a scheme may hold: then no scheme begins here.
+    bool m_isInWord = false;
+};
 
 } // namespace
 
-std::string maskSecrets(std::string_view text) {
-    const std::string marked = markRegistered(std::string(text));
-    return maskMarks(maskQueryValues(maskMediaPaths(maskURLs(marked))));
+std::string maskSecrets(std::string_view text, TextEnd end) {
+    return Masker(text, end).run();
 }
 
 void registerSecret(std::string_view secret) {
-    if (secret.size() < shortestSecret) {
-        return;
-    }
     const std::lock_guard lock(secretsMutex);
-    for (std::string form :
-         {std::string(secret), percentEncoded(secret, isUnreserved), percentEncoded(secret, mayStandInURL)}) {
-        if (std::ranges::find(secrets(), form) == secrets().end()) {
-            secrets().push_back(std::move(form));
-        }
+    if (std::ranges::find(secrets(), secret) == secrets().end()) {
+        secrets().emplace_back(secret);
     }
-    // One may stand in another: a user name at the beginning of its password.
-    std::ranges::stable_sort(secrets(), std::greater(), &std::string::size);
+}
+
+bool standsIn(std::string_view text, std::string_view secret) {
+    std::vector<bool> marks(text.size(), false);
+    return markSecret(text, secret, TextEnd::Whole, marks);
 }
 
 } // namespace ondavia

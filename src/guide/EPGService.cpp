@@ -22,10 +22,12 @@ QCoro::Task<void> replaceGuide(GuideEnvironment environment, std::string xmlURL)
     }
     const auto spool = std::make_shared<GuideSpool>(environment.cacheFolder);
     const auto session = environment.makeSession({});
-    const std::function<void(const std::stop_token&)> job =
-        [spool, store = &environment.store](const std::stop_token& stop) {
-            storeGuide(*store, *spool, stop);
-        };
+    const auto job = [spool, store = &environment.store, owner = environment.owner](
+                         const std::stop_token& stop) { storeGuide(*store, owner, *spool, stop); };
+    const std::stop_callback unwanted(environment.account, [spool] {
+        spool->fail();
+        spool->refuseRest();
+    });
     const QFuture<void> stored = environment.workers.run(job);
     std::exception_ptr transportFailure;
     try {
@@ -44,7 +46,7 @@ QCoro::Task<void> replaceGuide(GuideEnvironment environment, std::string xmlURL)
 }
 
 /// Inserts the programmes whose ids are not there yet, in one save.
-void addMissing(LibraryStore& store, const std::vector<Program>& programs) {
+void addMissing(LibraryStore& store, const std::string& owner, const std::vector<Program>& programs) {
     const auto context = store.makeContext();
     for (const Program& program : programs) {
         const auto sameRow =
@@ -59,15 +61,16 @@ void addMissing(LibraryStore& store, const std::vector<Program>& programs) {
             context->insert(program);
         }
     }
-    context->save();
+    context->saveFor(owner);
 }
 
 QCoro::Task<void> addShortGuide(GuideEnvironment environment, std::shared_ptr<XtreamAPIClient> client,
                                 std::int64_t streamId, std::string epgChannelId) {
     try {
         const auto listings = co_await client->getEPGForStream(streamId);
-        const std::function<void(const std::stop_token&)> job = [&](const std::stop_token&) {
-            addMissing(environment.store, programsFromListings(listings, epgChannelId));
+        const auto job = [&](const std::stop_token&) {
+            addMissing(environment.store, client->accountMark(),
+                       programsFromListings(listings, epgChannelId));
         };
         const QFuture<void> added = environment.workers.run(job);
         co_await added;
@@ -128,7 +131,7 @@ std::unordered_map<std::string, std::string> EPGService::getCurrentTitles(Date n
             }
         };
         add(field(&Program::start) > now - longProgram);
-        add({std::string(longProgramCondition), {}});
+        add(isLongProgram());
         return titles;
     });
 }

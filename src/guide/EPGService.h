@@ -2,7 +2,7 @@
 
 #include "base/Date.h"
 #include "entities/EPGProgram.h"
-#include "guide/GuideWorkers.h"
+#include "platform/CountedThreads.h"
 #include "platform/URLSession.h"
 
 #include <cstdint>
@@ -10,6 +10,7 @@
 #include <memory>
 #include <optional>
 #include <qcoro/qcorotask.h>
+#include <stop_token>
 #include <string>
 #include <string_view>
 #include <unordered_map>
@@ -27,7 +28,12 @@ struct GuideEnvironment final {
     URLSessionFactory makeSession;
     /// Downloads wait here for their parser, in files without a name.
     std::filesystem::path cacheFolder;
-    GuideWorkers& workers;
+    CountedThreads& workers;
+    /// Whose guide `loadEPG` brings, if that is to be asked at the end: for somebody whose the store is no
+    /// longer it stores nothing and raises StoreError.
+    std::optional<std::string> owner = {};
+    /// Stopped when the account that a guide is loaded for is in use no longer; the load fails then.
+    std::stop_token account = {};
 };
 
 /// The programme guide's store layer: fills the guide and answers what is on. Thin, made on the spot for

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cerrno>
 #include <cstdlib>
+#include <fcntl.h>
 #include <stdexcept>
 #include <system_error>
 #include <unistd.h>
@@ -14,11 +15,11 @@ namespace {
     throw std::system_error(errno, std::generic_category(), what);
 }
 
-/// mkstemp gives mode 0600.
+/// mkostemp gives mode 0600.
 int openNameless(const std::filesystem::path& folder) {
     std::filesystem::create_directories(folder);
     std::string name = folder / "guide-XXXXXX";
-    const int file = mkstemp(name.data());
+    const int file = mkostemp(name.data(), O_CLOEXEC);
     if (file < 0) {
         raiseSystemError("the guide's download cannot be kept");
     }
@@ -67,7 +68,9 @@ void GuideSpool::write(std::string_view bytes) {
 
 void GuideSpool::finish() {
     const std::lock_guard lock(m_mutex);
-    m_transfer = Transfer::Whole;
+    if (m_transfer == Transfer::Running) {
+        m_transfer = Transfer::Whole;
+    }
     m_changed.notify_all();
 }
 

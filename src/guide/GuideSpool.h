@@ -15,8 +15,8 @@ namespace ondavia {
 /// read and that is gone with it. The parser follows the download as the file grows, and neither holds the
 /// other up.
 ///
-/// The reader's calls come from the transfer's thread, `read`, `waitForEnd`, `dropRest` and `refuseRest`
-/// from the parser's, `fail` from any.
+/// The reader's calls come from the transfer's thread, `read`, `waitForEnd` and `dropRest` from the
+/// parser's, `fail` and `refuseRest` from any.
 class GuideSpool final : public URLBodyReader {
 public:
     /// `folder` is made when needed.

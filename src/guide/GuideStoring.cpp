@@ -17,8 +17,9 @@ constexpr std::size_t readBlock = std::size_t{256} << 10;
 
 } // namespace
 
-GuideWriter::GuideWriter(LibraryStore& store)
+GuideWriter::GuideWriter(LibraryStore& store, std::optional<std::string> owner)
     : m_store(store)
+    , m_owner(std::move(owner))
     , m_thread([this] { write(); }) {}
 
 GuideWriter::~GuideWriter() {
@@ -55,7 +56,7 @@ void GuideWriter::end(End end) {
 
 void GuideWriter::write() {
     try {
-        Replacement<EPGProgram> replacement = m_store.beginReplacement<EPGProgram>();
+        Replacement<EPGProgram> replacement = m_store.beginReplacement<EPGProgram>(m_owner);
         std::vector<EPGProgram> programs;
         while (takeNext(programs)) {
             replacement.append(0, programs);
@@ -86,12 +87,13 @@ bool GuideWriter::takeNext(std::vector<EPGProgram>& programs) {
 
 namespace {
 
-void parseAndStore(LibraryStore& store, GuideSpool& spool, const std::stop_token& stop) {
+void parseAndStore(LibraryStore& store, const std::optional<std::string>& owner, GuideSpool& spool,
+                   const std::stop_token& stop) {
     // Not before the first programme: without a network there is nothing to write.
     std::optional<GuideWriter> writer;
     XMLTVParser parser([&](std::vector<EPGProgram>&& programs) {
         if (!writer) {
-            writer.emplace(store);
+            writer.emplace(store, owner);
         }
         writer->append(std::move(programs));
     });
@@ -111,16 +113,17 @@ void parseAndStore(LibraryStore& store, GuideSpool& spool, const std::stop_token
     body.finish();
     parser.finish();
     if (!writer) {
-        writer.emplace(store);
+        writer.emplace(store, owner);
     }
     writer->commit();
 }
 
 } // namespace
 
-void storeGuide(LibraryStore& store, GuideSpool& spool, const std::stop_token& stop) {
+void storeGuide(LibraryStore& store, const std::optional<std::string>& owner, GuideSpool& spool,
+                const std::stop_token& stop) {
     try {
-        parseAndStore(store, spool, stop);
+        parseAndStore(store, owner, spool, stop);
     } catch (...) {
         spool.refuseRest();
         throw;

@@ -6,7 +6,9 @@
 #include <deque>
 #include <exception>
 #include <mutex>
+#include <optional>
 #include <stop_token>
+#include <string>
 #include <thread>
 #include <vector>
 
@@ -19,7 +21,7 @@ class LibraryStore;
 /// commit it leaves the present guide as it is. Used by one thread.
 class GuideWriter final {
 public:
-    explicit GuideWriter(LibraryStore& store);
+    GuideWriter(LibraryStore& store, std::optional<std::string> owner);
     ~GuideWriter();
     GuideWriter(const GuideWriter&) = delete;
     GuideWriter& operator=(const GuideWriter&) = delete;
@@ -38,6 +40,7 @@ private:
     void end(End end);
 
     LibraryStore& m_store;
+    std::optional<std::string> m_owner;
     std::mutex m_mutex;
     std::condition_variable m_changed;
     std::deque<std::vector<EPGProgram>> m_waiting;
@@ -46,9 +49,10 @@ private:
     std::thread m_thread;
 };
 
-/// Parses what arrives in `spool` and replaces the guide by it once the whole document is there. With a
-/// failed transfer, or when `stop` is requested before, the guide stays as it is. Takes as long as the
-/// transfer. Raises StoreError, std::system_error.
-void storeGuide(LibraryStore& store, GuideSpool& spool, const std::stop_token& stop);
+/// Parses what arrives in `spool` and replaces the guide by it, for `owner` if one is named, once the whole
+/// document is there. With a failed transfer, or when `stop` is requested before, the guide stays as it is.
+/// Takes as long as the transfer. Raises StoreError, std::system_error.
+void storeGuide(LibraryStore& store, const std::optional<std::string>& owner, GuideSpool& spool,
+                const std::stop_token& stop);
 
 } // namespace ondavia

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "library/RunStops.h"
 #include "protocol/XtreamAPIClient.h"
 #include "store/Replacement.h"
 #include "store/StoreError.h"
@@ -11,6 +12,7 @@
 #include <memory>
 #include <mutex>
 #include <span>
+#include <stop_token>
 #include <string>
 #include <utility>
 #include <vector>
@@ -48,7 +50,8 @@ private:
 
 /// Takes the rows of one stream list as they arrive, normalises them and puts them aside for the new
 /// catalogue, so that download, decoding and writing overlap. Rows that come before the categories are
-/// known wait here; when many wait, `take` does too, and with it the server that sends them.
+/// known wait here; when many wait, `take` does too, and with it the server that sends them. An account that
+/// is in use no longer ends both: `take` raises std::system_error then.
 ///
 /// `restart`, `take` and `finish` write, and run on worker threads; `setCategories` may be called from any.
 /// The others belong to whoever waited for those. A failed write is kept in the catalogue's `FirstFailure`:
@@ -64,12 +67,13 @@ public:
 
     SectionIntake(std::shared_ptr<const XtreamAPIClient> client,
                   std::shared_ptr<Replacement<Channel>> catalogue, FirstFailure& failure,
-                  CatalogueSection section, Normalize normalize)
+                  CatalogueSection section, Normalize normalize, std::stop_token account = {})
         : m_client(std::move(client))
         , m_catalogue(std::move(catalogue))
         , m_failure(failure)
         , m_section(static_cast<int>(section))
-        , m_normalize(normalize) {}
+        , m_normalize(normalize)
+        , m_account(std::move(account)) {}
 
     /// Forgets every row: a download begins, or the last one failed.
     void restart() {
@@ -92,6 +96,7 @@ public:
         if (m_waiting.size() >= maximumWaitingBatches) {
             waitForCategories();
         }
+        requireWanted(m_account);
         writeWaitingRows();
     }
 
@@ -121,7 +126,7 @@ private:
 
     void waitForCategories() {
         std::unique_lock lock(m_categoriesMutex);
-        m_categoriesCame.wait(lock, [this] { return m_categories != nullptr; });
+        m_categoriesCame.wait(lock, m_account, [this] { return m_categories != nullptr; });
     }
 
     std::shared_ptr<const CategoryMap> categories() {
@@ -143,7 +148,8 @@ private:
     int m_section;
     Normalize m_normalize;
     std::mutex m_categoriesMutex;
-    std::condition_variable m_categoriesCame;
+    std::stop_token m_account;
+    std::condition_variable_any m_categoriesCame;
     std::shared_ptr<const CategoryMap> m_categories;
     std::mutex m_mutex;
     std::vector<std::vector<Row>> m_waiting;

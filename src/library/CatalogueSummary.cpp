@@ -38,7 +38,11 @@ void CatalogueSummary::prefetch() {
 
 const CatalogueSummary::Groups& CatalogueSummary::groups(const std::string& type) {
     if (m_prefetched.isValid()) {
-        m_groups = std::exchange(m_prefetched, {}).result();
+        try {
+            m_groups = std::exchange(m_prefetched, {}).result();
+        } catch (const StoreError&) {
+            // Counted below, for whoever asks.
+        }
     }
     auto found = m_groups.find(type);
     if (found == m_groups.end()) {

@@ -57,21 +57,24 @@ void requireUniqueIds(const char* action, const CategoryList& categories) {
 /// waits for each of them.
 struct DataSyncService::Run final {
     Run(const std::shared_ptr<XtreamAPIClient>& client, const std::shared_ptr<Replacement<Channel>>& rows,
-        std::stop_token stopToken)
+        RunStops runStops)
         : catalogue(rows)
-        , live(client, rows, failure, CatalogueSection::Live, &XtreamAPIClient::normalizeLiveStreams)
-        , movies(client, rows, failure, CatalogueSection::Movies, &XtreamAPIClient::normalizeVodStreams)
-        , series(client, rows, failure, CatalogueSection::Series, &XtreamAPIClient::normalizeSeriesList)
-        , stop(std::move(stopToken)) {}
+        , stops(std::move(runStops))
+        , live(client, rows, failure, CatalogueSection::Live, &XtreamAPIClient::normalizeLiveStreams,
+               stops.account)
+        , movies(client, rows, failure, CatalogueSection::Movies, &XtreamAPIClient::normalizeVodStreams,
+                 stops.account)
+        , series(client, rows, failure, CatalogueSection::Series, &XtreamAPIClient::normalizeSeriesList,
+                 stops.account) {}
 
     [[nodiscard]] std::int64_t rawCount() const { return rawLive + rawMovies + rawSeries; }
 
     std::shared_ptr<Replacement<Channel>> catalogue;
+    RunStops stops;
     FirstFailure failure;
     SectionIntake<XtreamLiveStream> live;
     SectionIntake<XtreamVodStream> movies;
     SectionIntake<XtreamSeriesItem> series;
-    std::stop_token stop;
     CategoryList liveCategories;
     CategoryList vodCategories;
     CategoryList seriesCategories;
@@ -88,7 +91,7 @@ QCoro::Task<CategoryList> fetchCategories(std::shared_ptr<XtreamAPIClient> clien
                                           std::shared_ptr<Run> run, SectionIntake<Row>& section,
                                           AppState& appState, Scheduler& scheduler) {
     const std::function attempt = [client, action] { return client->getCategories(action); };
-    const auto fetched = co_await fetchWithRetry(attempt, retries, appState, scheduler, run->stop);
+    const auto fetched = co_await fetchWithRetry(attempt, retries, appState, scheduler, run->stops);
     CategoryList categories = fetched.value_or(CategoryList());
     section.setCategories(categoryMap(categories));
     co_return categories;
@@ -96,20 +99,20 @@ QCoro::Task<CategoryList> fetchCategories(std::shared_ptr<XtreamAPIClient> clien
 
 /// One of the three stream lists, row by row into its section. The result is the number of raw rows.
 template<class Run, class Row>
-QCoro::Task<std::int64_t> fetchStreams(std::shared_ptr<XtreamAPIClient> client, std::string action,
-                                       std::shared_ptr<Run> run, SectionIntake<Row>& section,
-                                       AppState& appState, Scheduler& scheduler) {
+QCoro::Task<std::int64_t> fetchStreams(std::shared_ptr<XtreamAPIClient> client, std::shared_ptr<Run> run,
+                                       SectionIntake<Row>& section, AppState& appState,
+                                       Scheduler& scheduler) {
     auto* intake = &section;
     const auto restart = [intake] { intake->restart(); };
-    const std::function attempt = [client, action, intake, restart]() -> QCoro::Task<std::int64_t> {
+    const std::function attempt = [client, intake, restart]() -> QCoro::Task<std::int64_t> {
         const auto restarted = runOnPool(restart);
         co_await restarted;
         const std::function<void(std::vector<Row> &&)> take = [intake](std::vector<Row>&& rows) {
             intake->take(std::move(rows));
         };
-        co_return co_await client->template fetchRows<Row>(action, take);
+        co_return co_await client->template fetchRows<Row>(take);
     };
-    const auto rows = co_await fetchWithRetry(attempt, retries, appState, scheduler, run->stop);
+    const auto rows = co_await fetchWithRetry(attempt, retries, appState, scheduler, run->stops);
     if (!rows) {
         const auto restarted = runOnPool(restart);
         co_await restarted;
@@ -124,13 +127,14 @@ DataSyncService::DataSyncService(std::shared_ptr<XtreamAPIClient> client, SyncEn
     , m_environment(environment) {}
 
 QCoro::Task<void> DataSyncService::syncAll(std::stop_token stop) {
+    requireAccount();
     AppState& appState = m_environment.appState;
     if (!m_environment.network.isConnected()) {
         useCachedCatalogue();
         co_return;
     }
     appState.setLoadingMessage(localizedText("sync.loadingContent", "A carregar conteudo..."));
-    std::shared_ptr<Run> run = co_await beginRun(std::move(stop));
+    const std::shared_ptr<Run> run = co_await beginRun(std::move(stop));
     std::exception_ptr failure;
     try {
         co_await carryOut(run);
@@ -138,25 +142,28 @@ QCoro::Task<void> DataSyncService::syncAll(std::stop_token stop) {
         // Raised again below.
         failure = std::current_exception();
     }
-    // Half a catalogue is much to throw away.
-    const auto dropped = runOnPool([run = std::move(run)]() mutable { run.reset(); });
-    co_await dropped;
+    const auto closed = runOnPool([rows = run->catalogue] { rows->close(); });
+    co_await closed;
     if (failure) {
         std::rethrow_exception(failure);
     }
 }
 
 QCoro::Task<std::shared_ptr<DataSyncService::Run>> DataSyncService::beginRun(std::stop_token stop) {
-    const auto begun = runOnPool([client = m_client, store = &m_environment.store, stop = std::move(stop)] {
-        const auto rows = std::make_shared<Replacement<Channel>>(store->beginReplacement<Channel>());
-        return std::make_shared<Run>(client, rows, stop);
+    const RunStops stops{std::move(stop), m_environment.account};
+    const auto begun = runOnPool([client = m_client, store = &m_environment.store, stops] {
+        const auto rows =
+            std::make_shared<Replacement<Channel>>(store->beginReplacement<Channel>(client->accountMark()));
+        return std::make_shared<Run>(client, rows, stops);
     });
     co_return co_await begun;
 }
 
 QCoro::Task<void> DataSyncService::carryOut(std::shared_ptr<Run> run) {
     AppState& appState = m_environment.appState;
+    requireAccount();
     co_await download(run);
+    requireAccount();
     requireUniqueIds("get_live_categories", run->liveCategories);
     requireUniqueIds("get_vod_categories", run->vodCategories);
     requireUniqueIds("get_series_categories", run->seriesCategories);
@@ -169,22 +176,31 @@ QCoro::Task<void> DataSyncService::carryOut(std::shared_ptr<Run> run) {
         run->series.finish();
     });
     co_await normalized;
+    requireAccount();
     appState.setLoadingMessage(localizedText("sync.saving", "A guardar dados..."));
     if (run->rawCount() == 0) {
         throw SyncError(SyncError::Case::emptyResponse);
     }
     const std::int64_t count = co_await writeCatalogue(run);
     co_await updatePlaylist(count);
+    m_environment.store.requireOwner(m_client->accountMark());
     appState.setTotalLive(run->live.normalizedCount());
     appState.setTotalMovies(run->movies.normalizedCount());
     appState.setTotalSeries(run->series.normalizedCount());
     appState.setLoadingMessage({});
 }
 
+/// Nothing is shown or kept for an account that this process or another one has left.
+void DataSyncService::requireAccount() const {
+    requireWanted(m_environment.account);
+    m_environment.store.requireOwner(m_client->accountMark());
+}
+
 bool publishStoredTotals(const SyncEnvironment& environment) {
-    auto& [store, catalogue, appState, defaults, network, scheduler] = environment;
+    AppState& appState = environment.appState;
+    CatalogueSummary& catalogue = environment.catalogue;
     try {
-        if (store.mainContext().count<Channel>() == 0) {
+        if (environment.store.mainContext().count<Channel>() == 0) {
             return false;
         }
         appState.setTotalLive(catalogue.count("live"));
@@ -210,16 +226,17 @@ void DataSyncService::useCachedCatalogue() {
 
 /// Starts the six downloads at once and waits for all of them.
 QCoro::Task<void> DataSyncService::download(std::shared_ptr<Run> run) {
-    auto& [store, catalogue, appState, defaults, network, scheduler] = m_environment;
+    AppState& appState = m_environment.appState;
+    Scheduler& scheduler = m_environment.scheduler;
     auto liveCategories =
         fetchCategories(m_client, "get_live_categories", run, run->live, appState, scheduler);
     auto vodCategories =
         fetchCategories(m_client, "get_vod_categories", run, run->movies, appState, scheduler);
     auto seriesCategories =
         fetchCategories(m_client, "get_series_categories", run, run->series, appState, scheduler);
-    auto live = fetchStreams(m_client, "get_live_streams", run, run->live, appState, scheduler);
-    auto movies = fetchStreams(m_client, "get_vod_streams", run, run->movies, appState, scheduler);
-    auto series = fetchStreams(m_client, "get_series", run, run->series, appState, scheduler);
+    auto live = fetchStreams(m_client, run, run->live, appState, scheduler);
+    auto movies = fetchStreams(m_client, run, run->movies, appState, scheduler);
+    auto series = fetchStreams(m_client, run, run->series, appState, scheduler);
     run->liveCategories = co_await liveCategories;
     run->vodCategories = co_await vodCategories;
     run->seriesCategories = co_await seriesCategories;
@@ -259,25 +276,29 @@ QCoro::Task<std::int64_t> DataSyncService::writeCatalogue(std::shared_ptr<Run> r
     const std::int64_t count =
         run->live.normalizedCount() + run->movies.normalizedCount() + run->series.normalizedCount();
     if (count >= 1) {
-        const auto committed = runOnPool([run] { run->catalogue->commit(); });
+        const auto committed = runOnPool([run] {
+            requireWanted(run->stops.account);
+            run->catalogue->commit();
+        });
         co_await committed;
     }
     co_return count;
 }
 
 QCoro::Task<void> DataSyncService::updatePlaylist(std::int64_t channelCount) {
-    const auto saved = runOnPool([store = &m_environment.store, channelCount] {
-        const auto context = store->makeContext();
-        const Date now = currentDate();
-        Playlist playlist{"main", "Principal", "xtream", true, "main", channelCount, now, now};
-        if (auto known = context->fetchFirst<Playlist>({.where = field(&Playlist::id) == "main"})) {
-            playlist = std::move(*known);
-            playlist.channelCount = channelCount;
-            playlist.lastUpdatedAt = now;
-        }
-        context->insert(playlist);
-        context->save();
-    });
+    const auto saved =
+        runOnPool([store = &m_environment.store, owner = m_client->accountMark(), channelCount] {
+            const auto context = store->makeContext();
+            const Date now = currentDate();
+            Playlist playlist{"main", "Principal", "xtream", true, "main", channelCount, now, now};
+            if (auto known = context->fetchFirst<Playlist>({.where = field(&Playlist::id) == "main"})) {
+                playlist = std::move(*known);
+                playlist.channelCount = channelCount;
+                playlist.lastUpdatedAt = now;
+            }
+            context->insert(playlist);
+            context->saveFor(owner);
+        });
     co_await saved;
 }
 

@@ -24,6 +24,9 @@ struct SyncEnvironment final {
     UserDefaults& defaults;
     const NetworkMonitor& network;
     Scheduler& scheduler;
+    /// Stopped when the account that the run is for is in use no longer, or nobody waits for the run: it
+    /// then ends as soon as it can, and shows and stores nothing any more.
+    std::stop_token account = {};
 };
 
 /// Sets the totals of the state to the numbers of stored rows, if there are any; whether there are. Rows
@@ -45,7 +48,9 @@ public:
 
     DataSyncService(std::shared_ptr<XtreamAPIClient> client, SyncEnvironment environment);
 
-    /// The run. Raises SyncError, DuplicateCategoryError or StoreError; the earlier catalogue stays then.
+    /// The run. Raises SyncError, DuplicateCategoryError or StoreError, and std::system_error when the
+    /// account is in use no longer; the earlier catalogue stays then. Once the new one is in its place, only
+    /// another owner of the store still ends the run.
     /// A requested stop ends the waits between attempts, not the attempts.
     QCoro::Task<void> syncAll(std::stop_token stop = {});
 
@@ -59,6 +64,7 @@ private:
     void publishCategories(const Run& run);
     void warnAboutEmptyLists(const Run& run);
     QCoro::Task<std::int64_t> writeCatalogue(std::shared_ptr<Run> run);
+    void requireAccount() const;
     QCoro::Task<void> updatePlaylist(std::int64_t channelCount);
 
     std::shared_ptr<XtreamAPIClient> m_client;

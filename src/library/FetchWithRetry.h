@@ -1,5 +1,6 @@
 #pragma once
 
+#include "library/RunStops.h"
 #include "platform/Scheduler.h"
 #include "state/AppState.h"
 
@@ -9,7 +10,6 @@
 #include <cmath>
 #include <functional>
 #include <optional>
-#include <stop_token>
 #include <string>
 
 namespace ondavia {
@@ -19,13 +19,15 @@ namespace ondavia {
 /// Every failure counts the same. Main thread; nothing is raised.
 template<class Value>
 QCoro::Task<std::optional<Value>> fetchWithRetry(std::function<QCoro::Task<Value>()> operation, int retries,
-                                                 AppState& appState, Scheduler& scheduler,
-                                                 std::stop_token stop) {
+                                                 AppState& appState, Scheduler& scheduler, RunStops stops) {
     for (int attempt = 0;; ++attempt) {
         try {
             co_return co_await operation();
         } catch (const std::exception& error) {
             AppLogger::network.error("catalogue: %s", {error.what()});
+        }
+        if (stops.account.stop_requested()) {
+            co_return std::nullopt;
         }
         if (attempt == retries) {
             appState.showToast(
@@ -36,7 +38,10 @@ QCoro::Task<std::optional<Value>> fetchWithRetry(std::function<QCoro::Task<Value
         }
         appState.setLoadingMessage("Tentativa " + std::to_string(attempt + 2) + "/" +
                                    std::to_string(retries + 1) + "...");
-        co_await scheduler.sleep(std::pow(2.0, attempt + 1), stop);
+        co_await scheduler.sleep(std::pow(2.0, attempt + 1), stops.waits);
+        if (stops.account.stop_requested()) {
+            co_return std::nullopt;
+        }
     }
 }
 

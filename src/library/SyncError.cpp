@@ -1,7 +1,7 @@
 #include "library/SyncError.h"
 
 #include "base/LocalizedText.h"
-#include "base/Redaction.h"
+#include "protocol/wire/DecodingError.h"
 
 namespace ondavia {
 namespace {
@@ -24,6 +24,6 @@ SyncError::SyncError(Case errorCase)
     , m_description(description(errorCase)) {}
 
 DuplicateCategoryError::DuplicateCategoryError(const std::string& action, const std::string& categoryId)
-    : m_description(maskSecrets(action + ": the category id \"" + categoryId + "\" stands twice")) {}
+    : m_description(action + ": the category id " + excerpt(categoryId) + " stands twice") {}
 
 } // namespace ondavia

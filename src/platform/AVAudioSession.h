@@ -7,7 +7,7 @@ namespace ondavia {
 inline constexpr std::string_view AVAudioSessionCategoryPlayback = "AVAudioSessionCategoryPlayback";
 inline constexpr std::string_view AVAudioSessionModeMoviePlayback = "AVAudioSessionModeMoviePlayback";
 
-/// The system's audio session. Linux asks for nothing here but the order of calls. Main thread.
+/// The system's audio session. Linux asks for nothing at its activation but the order of calls. Main thread.
 class AVAudioSession {
 public:
     virtual ~AVAudioSession() = default;
@@ -15,6 +15,8 @@ public:
     virtual bool setCategory(std::string_view category, std::string_view mode) = 0;
     /// Whether the session changed over.
     virtual bool setActive(bool active) = 0;
+    /// The device's output volume, from 0.0 to 1.0, as the sound server said last; never waits for it.
+    [[nodiscard]] virtual float outputVolume() const = 0;
 };
 
 /// Keeps screen saver and idle suspend away. On Linux org.freedesktop.ScreenSaver on the session bus;

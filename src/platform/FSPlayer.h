@@ -80,6 +80,32 @@ struct FSMonitor final {
     QVariantMap mediaMeta;
 };
 
+/// How playback goes, for whoever asks why a picture does not come. Empty texts and zeros are what is not
+/// known (yet).
+struct FSStatistics final {
+    /// Names of codecs, such as "h264".
+    std::string videoCodec;
+    std::string audioCodec;
+    /// Of the picture as it is decoded.
+    std::int64_t width = 0;
+    std::int64_t height = 0;
+    /// Pictures a second, by their own times.
+    double frameRate = 0;
+    /// Of picture and sound together, in bits a second.
+    std::int64_t bitrate = 0;
+    /// "software", or the name of the hardware's interface, such as "vaapi-copy".
+    std::string decoder;
+    /// Pictures that came too late to be shown.
+    std::int64_t droppedFrames = 0;
+    /// What has been read ahead.
+    double secondsBuffered = 0;
+    /// The status line of the server's last answer, and what became of it if it failed. A foreign text of
+    /// bounded length, without the address.
+    std::string serverAnswer;
+
+    bool operator==(const FSStatistics&) const = default;
+};
+
 /// The engine's video surface. Main thread.
 class FSPlayerView {
 public:
@@ -103,6 +129,8 @@ public:
     virtual ~FSPlayer() = default;
 
     virtual void setScalingMode(FSScalingMode mode) = 0;
+    /// Told before `prepareToPlay`: a live item has no end, so that each end of it is a failure.
+    virtual void setIsLive(bool live) = 0;
     /// With true, playback starts by itself when prepared.
     virtual void setShouldAutoplay(bool autoplay) = 0;
     /// Never absent; lives as long as the engine.
@@ -118,6 +146,7 @@ public:
     virtual void shutdown() = 0;
     /// Seconds.
     [[nodiscard]] virtual double currentPlaybackTime() const = 0;
+    /// Does nothing where the stream cannot be sought.
     virtual void setCurrentPlaybackTime(double seconds) = 0;
     /// Seconds; 0 when not known.
     [[nodiscard]] virtual double duration() const = 0;
@@ -129,6 +158,8 @@ public:
     [[nodiscard]] virtual float playbackRate() const = 0;
     virtual void setPlaybackRate(float rate) = 0;
     [[nodiscard]] virtual FSMonitor monitor() const = 0;
+    /// As they were when they were last asked for: asking has them read anew, and waits for nothing.
+    [[nodiscard]] virtual FSStatistics statistics() const = 0;
 
     /// Makes the stream with this index the active one of its type.
     virtual void exchangeSelectedStream(std::int32_t streamIndex) = 0;

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <functional>
 #include <optional>
 #include <string>
 
@@ -34,8 +35,16 @@ public:
     virtual std::optional<std::string> SecItemCopyMatching(const SecItemQuery& item, OSStatus& status) = 0;
     /// errSecItemNotFound when there is no such item.
     virtual OSStatus SecItemDelete(const SecItemQuery& item) = 0;
-    /// Whether what is added now is there at the next start.
+    /// Runs `changes`, which belong together: when it returns errSecSuccess, the store keeps all of them,
+    /// and otherwise, or where it cannot keep them, every item is as it was before. The status of that.
+    /// Within `changes` another call of this only runs its own.
+    virtual OSStatus changeTogether(const std::function<OSStatus()>& changes) = 0;
+    /// Whether what is added now is there at the next start, as far as is known.
     [[nodiscard]] virtual bool remembers() const = 0;
+    /// Whether a call may keep its caller waiting, be it for a user who is asked for a password.
+    [[nodiscard]] virtual bool keepsWaiting() const { return false; }
+    /// Ends the call that is under way and lets every later one fail at once. Never waits.
+    virtual void giveUp() {}
 };
 
 } // namespace ondavia

@@ -14,9 +14,8 @@ std::optional<QUrl> makeURL(std::string_view text) {
     return url;
 }
 
-URLError::URLError(std::int64_t code, std::string domain, const std::string& description)
+URLError::URLError(Kind kind, const std::string& description)
     : std::runtime_error(maskSecrets(description))
-    , m_code(code)
-    , m_domain(std::move(domain)) {}
+    , m_kind(kind) {}
 
 } // namespace ondavia

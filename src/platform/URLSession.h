@@ -20,19 +20,41 @@ namespace ondavia {
 /// (a blank, a "%" that escapes nothing). Nothing is percent-encoded for the caller.
 [[nodiscard]] std::optional<QUrl> makeURL(std::string_view text);
 
-/// A failure of the transport: no route, refused, time-out, cut, cancelled, too many redirects, a body
-/// past its bound. `what()` has its URLs masked.
+/// A failure of the transport. `what()` has its URLs masked.
 class URLError final : public std::runtime_error {
 public:
-    URLError(std::int64_t code, std::string domain, const std::string& description);
+    enum class Kind {
+        /// The server's name is not known.
+        UnknownHost,
+        /// Nobody answers at the address.
+        Unreachable,
+        /// The server took too long.
+        TimedOut,
+        /// No encrypted connection with the server.
+        NoEncryption,
+        /// Nobody vouches for the server's certificate.
+        Untrusted,
+        /// The connection ended without a reply.
+        NoReply,
+        /// The connection broke off.
+        BrokenOff,
+        /// The connection ended before the reply did.
+        Cut,
+        TooManyRedirects,
+        /// The body is past its bound.
+        TooLong,
+        /// The transfer was told to end.
+        Cancelled,
+        /// This machine could not carry it out, or something rare.
+        Other,
+    };
 
-    /// The number of the platform's error enumeration.
-    [[nodiscard]] std::int64_t code() const { return m_code; }
-    [[nodiscard]] const std::string& domain() const { return m_domain; }
+    URLError(Kind kind, const std::string& description);
+
+    [[nodiscard]] Kind kind() const { return m_kind; }
 
 private:
-    std::int64_t m_code;
-    std::string m_domain;
+    Kind m_kind;
 };
 
 struct URLResponse final {
@@ -79,7 +101,8 @@ public:
     /// The reply through `reader`, which may take its time: what it has not taken yet stays
     /// with the server, but for the socket's buffers. Raises
     /// URLError, or what the reader threw.
-    virtual QCoro::Task<void> stream(QUrl url, std::shared_ptr<URLBodyReader> reader) = 0;
+    virtual QCoro::Task<void> stream(QUrl url, std::shared_ptr<URLBodyReader> reader,
+                                     std::vector<Header> headers = {}) = 0;
 };
 
 /// Time-outs of a session, in seconds.

@@ -11,7 +11,7 @@ namespace ondavia {
 
 /// The settings store: typed values under text keys. A value of another type counts as missing. On Linux
 /// one JSON file of mode 0600, replaced atomically at each change and read anew when another process
-/// changed it. Main thread.
+/// changed it. Any thread.
 class UserDefaults {
 public:
     virtual ~UserDefaults() = default;

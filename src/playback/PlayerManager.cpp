@@ -34,14 +34,14 @@ FSOptions engineOptions() {
 
 } // namespace
 
-PlayerManager::PlayerManager(FSPlayerFactory makePlayer, NotificationCenter& notifications,
-                             Scheduler& scheduler, AVAudioSession& audioSession)
-    : m_makePlayer(std::move(makePlayer))
-    , m_notifications(notifications)
-    , m_scheduler(scheduler)
-    , m_audioSession(audioSession) {}
+PlayerManager::PlayerManager(PlayerEnvironment environment)
+    : m_environment(std::move(environment))
+    , m_artworkLoader(m_environment.makeSession) {
+    setupRemoteCommands();
+}
 
 PlayerManager::~PlayerManager() {
+    cancelSubtitleLoad();
     releaseEngine();
     if (sharedManager == this) {
         sharedManager = nullptr;
@@ -84,6 +84,7 @@ void PlayerManager::play(Channel channel, double startPosition) {
 
 void PlayerManager::stop() {
     invalidateTimers();
+    cancelSubtitleLoad();
     releaseEngine();
     setPlayer(nullptr);
     setIsPlaying(false);
@@ -96,8 +97,7 @@ void PlayerManager::stop() {
     setHasLoggedFirstFrameTracks(false);
     setLoadedSubtitles({});
     setCurrentSubtitleTrack(std::nullopt);
-    m_onNextTrack = nullptr;
-    m_onPreviousTrack = nullptr;
+    clearNowPlaying();
 }
 
 void PlayerManager::togglePlayPause() {
@@ -108,6 +108,7 @@ void PlayerManager::togglePlayPause() {
         player()->play();
     }
     setIsPlaying(!plays);
+    updateNowPlayingInfo();
 }
 
 void PlayerManager::toggleMute() {
@@ -132,16 +133,19 @@ void PlayerManager::seek(double position) {
     }
     player()->setCurrentPlaybackTime(position);
     setCurrentTime(position);
+    updateNowPlayingInfo();
 }
 
 void PlayerManager::configureAudioSession() {
     // Sound may come out all the same, and if it does not, the picture still does: a refusal changes nothing.
-    (void)m_audioSession.setCategory(AVAudioSessionCategoryPlayback, AVAudioSessionModeMoviePlayback);
-    (void)m_audioSession.setActive(true);
+    (void)m_environment.audioSession.setCategory(AVAudioSessionCategoryPlayback,
+                                                 AVAudioSessionModeMoviePlayback);
+    (void)m_environment.audioSession.setActive(true);
 }
 
 std::shared_ptr<FSPlayer> PlayerManager::makeEngine() const {
-    auto engine = m_makePlayer(lastOpenedURL(), engineOptions());
+    auto engine = m_environment.makePlayer(lastOpenedURL(), engineOptions());
+    engine->setIsLive(isLive());
     engine->setScalingMode(aspectFill() ? FSScalingMode::Fill : FSScalingMode::Fit);
     engine->setShouldAutoplay(true);
     if (engine->view() == nullptr) {
@@ -154,7 +158,7 @@ std::shared_ptr<FSPlayer> PlayerManager::makeEngine() const {
 }
 
 void PlayerManager::prepareLater(const std::shared_ptr<FSPlayer>& engine) {
-    m_scheduler.onMainThread([manager = QPointer(this), weakEngine = std::weak_ptr(engine)] {
+    m_environment.scheduler.onMainThread([manager = QPointer(this), weakEngine = std::weak_ptr(engine)] {
         const auto prepared = weakEngine.lock();
         // An engine that was replaced meanwhile is left alone.
         if (!manager || !prepared || manager->player() != prepared) {
@@ -165,6 +169,9 @@ void PlayerManager::prepareLater(const std::shared_ptr<FSPlayer>& engine) {
         if (!manager->isLive()) {
             manager->startProgressSaving();
         }
+        manager->updateRemoteCommandsForCurrentMode();
+        manager->updateNowPlayingInfo();
+        manager->fetchArtworkIfNeeded();
     });
 }
 
@@ -175,13 +182,13 @@ void PlayerManager::invalidateTimers() {
 
 void PlayerManager::releaseEngine() {
     if (player()) {
-        m_notifications.removeObserver(this, player().get());
+        m_environment.notifications.removeObserver(this, player().get());
         player()->shutdown();
     }
 }
 
 void PlayerManager::startTimeUpdates() {
-    m_timeUpdateTimer = m_scheduler.repeating(timeUpdatePeriod, [manager = QPointer(this)] {
+    m_timeUpdateTimer = m_environment.scheduler.repeating(timeUpdatePeriod, [manager = QPointer(this)] {
         if (manager && manager->player()) {
             manager->updateTime();
         }
@@ -201,7 +208,7 @@ void PlayerManager::updateTime() {
 }
 
 void PlayerManager::startProgressSaving() {
-    m_progressSaveTimer = m_scheduler.repeating(progressSavePeriod, [manager = QPointer(this)] {
+    m_progressSaveTimer = m_environment.scheduler.repeating(progressSavePeriod, [manager = QPointer(this)] {
         if (manager) {
             manager->reportProgress();
         }

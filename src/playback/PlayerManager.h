@@ -3,8 +3,13 @@
 #include "base/Observable.h"
 #include "entities/Channel.h"
 #include "platform/FSPlayer.h"
+#include "platform/MPNowPlayingInfoCenter.h"
+#include "platform/MPRemoteCommandCenter.h"
 #include "platform/NotificationCenter.h"
 #include "platform/Scheduler.h"
+#include "platform/URLSession.h"
+#include "playback/ArtworkLoader.h"
+#include "playback/OndaviaMediaTrack.h"
 #include "subtitles/SubtitleTrack.h"
 
 #include <QObject>
@@ -14,6 +19,7 @@
 #include <functional>
 #include <memory>
 #include <optional>
+#include <stop_token>
 #include <string>
 #include <vector>
 
@@ -21,15 +27,24 @@ namespace ondavia {
 
 class AVAudioSession;
 
+/// What the manager works with. All of it must outlive the manager, the scheduler also every engine: an
+/// engine may still be posting while the manager goes away.
+struct PlayerEnvironment final {
+    FSPlayerFactory makePlayer;
+    NotificationCenter& notifications;
+    Scheduler& scheduler;
+    AVAudioSession& audioSession;
+    URLSessionFactory makeSession;
+    MPNowPlayingInfoCenter& nowPlayingInfoCenter;
+    MPRemoteCommandCenter& remoteCommandCenter;
+};
+
 /// The one owner of the video engine. Screens read its fields, each observable on its own, and call its
 /// operations; it outlives every screen, so that playback goes on while the user moves between them.
 ///
 /// Main thread only. The engine's notifications may come from any thread: they hop here, holding the
 /// manager weakly, and look at the engine in `player` again. Times are in seconds. Nothing is raised:
 /// what the user must know stands in `error`.
-///
-/// What it was given must outlive it, the scheduler also every engine: an engine may still be posting
-/// while the manager goes away.
 class PlayerManager final : public QObject {
     Q_OBJECT
 
@@ -60,6 +75,11 @@ class PlayerManager final : public QObject {
     ONDAVIA_OBSERVABLE(double, pendingStartPosition, setPendingStartPosition, 0.0);
     /// The engine's volume before muting, from 0.0 to 1.0.
     ONDAVIA_OBSERVABLE(float, savedVolume, setSavedVolume, 1.0F);
+    ONDAVIA_OBSERVABLE(std::shared_ptr<const MPMediaItemArtwork>, cachedArtwork, setCachedArtwork);
+    /// Where it came from, or is to come from.
+    ONDAVIA_OBSERVABLE(std::optional<std::string>, cachedArtworkURL, setCachedArtworkURL);
+    /// Stays 0: no update is ever held back.
+    ONDAVIA_OBSERVABLE(double, lastNowPlayingUpdate, setLastNowPlayingUpdate, 0.0);
     /// The picture fills its view instead of fitting into it. Applied to every new engine.
     ONDAVIA_OBSERVABLE(bool, aspectFill, setAspectFill, false);
     ONDAVIA_OBSERVABLE(std::string, selectedAspectRatio, setSelectedAspectRatio, "Original");
@@ -75,8 +95,7 @@ public:
     using ProgressCallback = std::function<void(double, double)>;
     using TrackCallback = std::function<void()>;
 
-    PlayerManager(FSPlayerFactory makePlayer, NotificationCenter& notifications, Scheduler& scheduler,
-                  AVAudioSession& audioSession);
+    explicit PlayerManager(PlayerEnvironment environment);
     /// Shuts a running engine down.
     ~PlayerManager() override;
 
@@ -96,6 +115,29 @@ public:
     void toggleMute();
     /// Ignored without an engine, while the duration is not known, and outside the item.
     void seek(double position);
+
+    /// As the engine knows them now; none without one. Read them again when `tracksNonce` changes.
+    [[nodiscard]] std::vector<OndaviaMediaTrack> availableAudioTracks() const;
+    /// Those of external files first, then those of the file that plays.
+    [[nodiscard]] std::vector<OndaviaMediaTrack> availableSubtitleTracks() const;
+    /// Shows these subtitles; absent for none. An audio track changes nothing.
+    void selectSubtitleTrack(const std::optional<OndaviaMediaTrack>& track);
+    /// Loads external files in place of those of before, and shows none of them: `loadedSubtitles` follows.
+    void setSubtitleURLs(std::vector<std::string> urls);
+    /// "Original", "16:9", "4:3" or "Preencher"; absent is "Original".
+    void setAspectRatio(const std::optional<std::string>& label);
+
+    /// Tells the system what plays, and where it stands. To be called after a change of speed.
+    void updateNowPlayingInfo();
+    /// Enables the commands that the item's kind allows: of a channel the next and the previous one where
+    /// there is a callback for it, of all else the ways to another position.
+    void updateRemoteCommandsForCurrentMode();
+    [[nodiscard]] static std::string nowPlayingTitle(const Channel& channel);
+    [[nodiscard]] std::optional<std::string> nowPlayingArtist(const Channel& channel) const;
+    /// Loads the item's picture for the system, unless it is there already. Silent where it cannot be had.
+    void fetchArtworkIfNeeded();
+    /// Plays or pauses as the system wants it.
+    void setPlaysByRemote(bool plays);
 
     /// Called every 5 seconds of a movie or episode, after its first 10 seconds and before its last 5
     /// hundredths. Survives `stop`.
@@ -117,6 +159,10 @@ private:
     void prepareLater(const std::shared_ptr<FSPlayer>& engine);
     void invalidateTimers();
     void releaseEngine();
+    void selectExternalSubtitle(const std::string& url);
+    void cancelSubtitleLoad();
+    void setupRemoteCommands();
+    void clearNowPlaying();
 
     void startTimeUpdates();
     void updateTime();
@@ -134,12 +180,11 @@ private:
     void handlePlaybackError();
     void logFirstFrameTrackDump();
 
-    FSPlayerFactory m_makePlayer;
-    NotificationCenter& m_notifications;
-    Scheduler& m_scheduler;
-    AVAudioSession& m_audioSession;
+    PlayerEnvironment m_environment;
     std::unique_ptr<ScheduledTimer> m_progressSaveTimer;
     std::unique_ptr<ScheduledTimer> m_timeUpdateTimer;
+    std::optional<std::stop_source> m_subtitleLoadTask;
+    ArtworkLoader m_artworkLoader;
     ProgressCallback m_onProgressUpdate;
     TrackCallback m_onNextTrack;
     TrackCallback m_onPreviousTrack;

@@ -51,15 +51,16 @@ QCoro::Task<> retryAfter(Scheduler* scheduler, double delay, QPointer<PlayerMana
 
 void PlayerManager::observe(const FSPlayer& engine) {
     const auto add = [this, &engine](const char* name, NotificationHandler handle) {
-        m_notifications.addObserver(
-            this, name, &engine,
-            [scheduler = &m_scheduler, manager = QPointer(this), handle](const Notification& notification) {
-                scheduler->onMainThread([manager, handle, notification] {
-                    if (manager) {
-                        (manager->*handle)(notification);
-                    }
-                });
-            });
+        m_environment.notifications.addObserver(this, name, &engine,
+                                                [scheduler = &m_environment.scheduler,
+                                                 manager = QPointer(this),
+                                                 handle](const Notification& notification) {
+                                                    scheduler->onMainThread([manager, handle, notification] {
+                                                        if (manager) {
+                                                            (manager->*handle)(notification);
+                                                        }
+                                                    });
+                                                });
     };
     add(FSPlayerPlaybackStateDidChangeNotification, &PlayerManager::playbackStateChanged);
     add(FSPlayerLoadStateDidChangeNotification, &PlayerManager::loadStateChanged);
@@ -78,9 +79,13 @@ void PlayerManager::playbackStateChanged(const Notification& /*notification*/) {
         setIsPlaying(true);
         setIsBuffering(false);
         setError(std::nullopt);
+        updateNowPlayingInfo();
+        break;
+    case FSPlaybackState::Paused:
+        setIsPlaying(false);
+        updateNowPlayingInfo();
         break;
     case FSPlaybackState::Stopped:
-    case FSPlaybackState::Paused:
     case FSPlaybackState::Interrupted:
         setIsPlaying(false);
         break;
@@ -137,7 +142,7 @@ void PlayerManager::handlePlaybackError() {
     // as the user stays with it.
     const double delay = std::min(std::exp2(retryCount() - 1), longestRetryDelay);
     // Nobody waits for the retry; it holds the manager weakly and ends by itself.
-    (void)retryAfter(&m_scheduler, delay, QPointer(this));
+    (void)retryAfter(&m_environment.scheduler, delay, QPointer(this));
 }
 
 void PlayerManager::logFirstFrameTrackDump() {

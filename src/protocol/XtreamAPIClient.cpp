@@ -6,6 +6,7 @@
 #include "protocol/wire/Decoding.h"
 #include "protocol/wire/ListDecoder.h"
 
+#include <QCryptographicHash>
 #include <QUrl>
 
 namespace ondavia {
@@ -45,7 +46,7 @@ void requireSuccess(std::optional<int> statusCode) {
     }
 }
 
-/// Collects a whole reply and decodes it on the transfer's thread.
+/// Collects a whole reply and decodes it on the transfer's thread; a text stays as it is.
 template<class Reply> class ReplyReader final : public URLBodyReader {
 public:
     explicit ReplyReader(std::string action)
@@ -58,7 +59,9 @@ public:
     }
     void finish() override {
         const bool isEmptyList = isList<Reply> && m_body.size() < RowSplitter::shortestText;
-        if (!isEmptyList) {
+        if constexpr (std::is_same_v<Reply, std::string>) {
+            m_reply = std::move(m_body);
+        } else if (!isEmptyList) {
             m_reply = decodeReply<Reply>(m_body, m_action);
         }
     }
@@ -107,6 +110,15 @@ template<class Reply> QCoro::Task<Reply> XtreamAPIClient::fetch(std::string url,
     co_return reader->takeReply();
 }
 
+std::string XtreamAPIClient::accountMark() const {
+    QCryptographicHash hash(QCryptographicHash::Sha256);
+    for (const std::string& part : {m_server, m_username, m_password}) {
+        // With its end, so that no two accounts make one text.
+        hash.addData(QByteArrayView(part.c_str(), static_cast<qsizetype>(part.size() + 1)));
+    }
+    return hash.result().toHex().toStdString();
+}
+
 QCoro::Task<XtreamAuthResponse> XtreamAPIClient::authenticate() {
     const auto alive = shared_from_this();
     XtreamAuthResponse reply = co_await fetch<XtreamAuthResponse>(apiURL(), {});
@@ -139,20 +151,25 @@ QCoro::Task<std::vector<XtreamCategory>> XtreamAPIClient::getCategories(std::str
     return fetch<std::vector<XtreamCategory>>(apiURL(action), action);
 }
 
+QCoro::Task<std::string> XtreamAPIClient::getVodInfo(std::int64_t vodId) {
+    const std::string action = "get_vod_info";
+    return fetch<std::string>(apiURL(action) + "&vod_id=" + std::to_string(vodId), action);
+}
+
 template<class Row>
-QCoro::Task<std::int64_t> XtreamAPIClient::fetchRows(std::string action,
-                                                     std::function<void(std::vector<Row>&&)> onRows) {
+QCoro::Task<std::int64_t> XtreamAPIClient::fetchRows(std::function<void(std::vector<Row>&&)> onRows) {
     const auto alive = shared_from_this();
+    const std::string action(listAction<Row>);
     const auto reader = std::make_shared<RowReader<Row>>(action, std::move(onRows));
     co_await m_session->stream(requiredURL(apiURL(action)), reader);
     co_return reader->rowCount();
 }
 
 template QCoro::Task<std::int64_t>
-    XtreamAPIClient::fetchRows(std::string, std::function<void(std::vector<XtreamLiveStream>&&)>);
+    XtreamAPIClient::fetchRows(std::function<void(std::vector<XtreamLiveStream>&&)>);
 template QCoro::Task<std::int64_t>
-    XtreamAPIClient::fetchRows(std::string, std::function<void(std::vector<XtreamVodStream>&&)>);
+    XtreamAPIClient::fetchRows(std::function<void(std::vector<XtreamVodStream>&&)>);
 template QCoro::Task<std::int64_t>
-    XtreamAPIClient::fetchRows(std::string, std::function<void(std::vector<XtreamSeriesItem>&&)>);
+    XtreamAPIClient::fetchRows(std::function<void(std::vector<XtreamSeriesItem>&&)>);
 
 } // namespace ondavia

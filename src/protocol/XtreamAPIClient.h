@@ -49,6 +49,8 @@ public:
     [[nodiscard]] const std::string& server() const { return m_server; }
     [[nodiscard]] const std::string& username() const { return m_username; }
     [[nodiscard]] const std::string& password() const { return m_password; }
+    /// A text that tells this account from every other and gives nothing of it away.
+    [[nodiscard]] std::string accountMark() const;
     /// What every URL starts with.
     [[nodiscard]] const std::string& baseURL() const { return m_baseURL; }
     /// From the last `authenticate()`, a refused one included. Main thread.
@@ -62,14 +64,15 @@ public:
     QCoro::Task<std::vector<XtreamEPGListing>> getEPGForStream(std::int64_t streamId);
     /// `action` is one of the three category actions. A body of fewer than 5 bytes is an empty list.
     QCoro::Task<std::vector<XtreamCategory>> getCategories(std::string action);
-    /// One of the three stream lists, decoded while it arrives, in bounded memory: a row has at most
+    /// The stream list of such rows, decoded while it arrives, in bounded memory: a row has at most
     /// 4 MiB. `onRows` is called on the transfer's thread, in the order of the list; when the task raises,
     /// whoever took the rows drops them. What `onRows` throws is raised too. Yields the number of rows. A
     /// body of fewer than 5 bytes is an empty list.
     ///
     /// For XtreamLiveStream, XtreamVodStream and XtreamSeriesItem.
-    template<class Row>
-    QCoro::Task<std::int64_t> fetchRows(std::string action, std::function<void(std::vector<Row>&&)> onRows);
+    template<class Row> QCoro::Task<std::int64_t> fetchRows(std::function<void(std::vector<Row>&&)> onRows);
+    /// The reply of `get_vod_info` as it came: it has no form that all providers keep to.
+    QCoro::Task<std::string> getVodInfo(std::int64_t vodId);
 
     // URLs. Server, user name, password and ids stand in them as they are, without any encoding.
     [[nodiscard]] std::string getLiveStreamURL(std::int64_t streamId) const;

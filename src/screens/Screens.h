@@ -1,11 +1,8 @@
 #pragma once
 
-#include "platform/URLSession.h"
+#include "screens/shell/ScreenServices.h"
 
-#include <filesystem>
-#include <functional>
 #include <memory>
-#include <string>
 
 class QQmlEngine;
 class QQuickItem;
@@ -13,40 +10,8 @@ class QQuickWindow;
 
 namespace ondavia {
 
-class AppState;
-class CatalogueSummary;
-class ContentViewModel;
-class KeychainService;
-class LibraryStore;
 class PictureLoader;
-class PlayerManager;
-class Scheduler;
 class ScreenModels;
-class UserDefaults;
-
-/// What the screens work with. All of it must outlive them.
-struct ScreenServices final {
-    AppState& appState;
-    LibraryStore& store;
-    CatalogueSummary& catalogue;
-    PlayerManager& playerManager;
-    UserDefaults& defaults;
-    KeychainService& keychain;
-    URLSessionFactory makeSession;
-    Scheduler& scheduler;
-    ContentViewModel& content;
-    /// Where pictures are kept; may be emptied at any time.
-    std::filesystem::path cacheFolder;
-    /// Language code of the texts; empty for the user's own.
-    std::string language;
-    /// Begins to read from disk what drawing needs, and returns; empty to leave that to the window. Called
-    /// when the pages are about to be made, which neither draws nor loads libraries, so that both go on at
-    /// once.
-    std::function<void()> readGraphicsDriver = {};
-};
-
-/// Makes the module `Ondavia`, which the screens are written in, known to `engine`. Main thread.
-void provideScreens(QQmlEngine& engine);
 
 /// The view-models, the pages and the window that shows them. Main thread.
 class Screens final {

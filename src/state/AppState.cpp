@@ -1,33 +1,69 @@
 #include "state/AppState.h"
 
+#include "base/LocalizedText.h"
 #include "playback/PlayerManager.h"
 #include "protocol/XtreamAPIClient.h"
-#include "state/KeychainService.h"
+#include "state/KeychainQueue.h"
+
+#include <QPointer>
+#include <qcoro/qcorofuture.h>
 
 namespace ondavia {
 
-AppState::AppState(KeychainService& keychain, PlayerManager& playerManager, URLSessionFactory makeSession)
+AppState::AppState(KeychainQueue& keychain, PlayerManager& playerManager, URLSessionFactory makeSession)
     : m_keychain(keychain)
     , m_playerManager(playerManager)
     , m_makeSession(std::move(makeSession)) {
-    m_keychain.migrateFromUserDefaultsIfNeeded();
-    if (auto credentials = m_keychain.loadCredentials()) {
-        setServer(std::move(credentials->server));
-        setUsername(std::move(credentials->username));
-        setPassword(std::move(credentials->password));
-        setHasCredentials(true);
+    connect(&m_keychain, &KeychainQueue::gaveUp, this, [this] {
+        showToast(localizedText("account.notRemembered",
+                                "O porta-chaves não responde. Nada fica guardado para a próxima vez."),
+                  ToastType::warning);
+    });
+    // It holds this object weakly.
+    takeStoredAccount();
+}
+
+QCoro::Task<void> AppState::takeStoredAccount() {
+    const QPointer self(this);
+    setIsAwaitingAccount(true);
+    const auto stored = m_keychain.run([](KeychainService& keychain) {
+        keychain.migrateFromUserDefaultsIfNeeded();
+        return keychain.loadCredentials();
+    });
+    const bool comesLater = !stored.isFinished();
+    auto credentials = co_await stored;
+    // Who signs in or out meanwhile wants no other account.
+    if (!self || !isAwaitingAccount()) {
+        co_return;
     }
+    if (credentials) {
+        takeAccount(std::move(*credentials));
+    }
+    setIsAwaitingAccount(false);
+    if (credentials && comesLater) {
+        Q_EMIT storedAccountCame();
+    }
+}
+
+void AppState::takeAccount(Credentials credentials) {
+    setServer(std::move(credentials.server));
+    setUsername(std::move(credentials.username));
+    setPassword(std::move(credentials.password));
+    setHasCredentials(true);
 }
 
 void AppState::saveCredentials(const std::string& newServer, const std::string& newUsername,
                                const std::string& newPassword) {
-    setServer(newServer);
-    setUsername(newUsername);
-    setPassword(newPassword);
-    setHasCredentials(true);
-    m_keychain.set(newServer, KeychainService::serverKey);
-    m_keychain.set(newUsername, KeychainService::usernameKey);
-    m_keychain.set(newPassword, KeychainService::passwordKey);
+    const Credentials credentials{newServer, newUsername, newPassword};
+    const bool isKnown = hasCredentials() && credentials == Credentials{server(), username(), password()};
+    takeAccount(credentials);
+    setIsAwaitingAccount(false);
+    if (!isKnown) {
+        Q_EMIT accountChanged();
+    }
+    // The result is not looked at.
+    m_keychain.run(
+        [credentials](KeychainService& keychain) { return keychain.saveCredentials(credentials); });
 }
 
 void AppState::logout() {
@@ -42,9 +78,9 @@ void AppState::logout() {
     setTotalMovies(0);
     setTotalSeries(0);
     clearPlaySession();
-    m_keychain.remove(KeychainService::serverKey);
-    m_keychain.remove(KeychainService::usernameKey);
-    m_keychain.remove(KeychainService::passwordKey);
+    setIsAwaitingAccount(false);
+    Q_EMIT accountChanged();
+    m_keychain.run([](KeychainService& keychain) { return keychain.removeCredentials(); });
 }
 
 std::shared_ptr<XtreamAPIClient> AppState::makeXtreamClient() const {

@@ -7,6 +7,7 @@
 #include "protocol/wire/SeriesRecords.h"
 
 #include <QObject>
+#include <qcoro/qcorotask.h>
 
 #include <cstdint>
 #include <memory>
@@ -16,7 +17,8 @@
 
 namespace ondavia {
 
-class KeychainService;
+class KeychainQueue;
+struct Credentials;
 class PlayerManager;
 class XtreamAPIClient;
 
@@ -88,13 +90,17 @@ class AppState final : public QObject {
     /// The series that the playlist belongs to.
     ONDAVIA_OBSERVABLE(std::optional<Channel>, seriesParentChannel, setSeriesParentChannel);
 
-public:
-    /// Moves an account out of the settings store, then loads the stored one, if any. All three must
-    /// outlive the object.
-    AppState(KeychainService& keychain, PlayerManager& playerManager, URLSessionFactory makeSession);
+    /// The secure store has not told yet whether it holds an account.
+    ONDAVIA_OBSERVABLE(bool, isAwaitingAccount, setIsAwaitingAccount, false);
 
-    /// Takes the account as it is: nothing is checked, nobody is asked, no load starts. The state holds
-    /// even if the secure store refuses it.
+public:
+    /// Has an account moved out of the settings store, then the stored one loaded, if any. It is there when
+    /// the object is made, or comes when the store answers; until then the state is empty. All three must
+    /// outlive the object.
+    AppState(KeychainQueue& keychain, PlayerManager& playerManager, URLSessionFactory makeSession);
+
+    /// Takes the account as it is: nothing is checked, nobody is asked, no load starts. The state holds at
+    /// once, even if the secure store refuses it.
     void saveCredentials(const std::string& newServer, const std::string& newUsername,
                          const std::string& newPassword);
     /// Forgets account, catalogue view and play session. Rows of the store, settings and a running player
@@ -119,11 +125,18 @@ public:
     /// the session ends.
     void playerDismissed();
 
+    /// The stored account has come after the object was made.
+    Q_SIGNAL void storedAccountCame();
+    /// The account in use is another one, or there is none any more.
+    Q_SIGNAL void accountChanged();
+
 private:
+    QCoro::Task<void> takeStoredAccount();
+    void takeAccount(Credentials credentials);
     void endMiniPlayerSession();
     void clearPlaySession();
 
-    KeychainService& m_keychain;
+    KeychainQueue& m_keychain;
     PlayerManager& m_playerManager;
     URLSessionFactory m_makeSession;
 };

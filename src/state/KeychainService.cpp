@@ -1,6 +1,7 @@
 #include "state/KeychainService.h"
 
 #include "base/AppLogger.h"
+#include "base/Redaction.h"
 #include "base/Text.h"
 #include "platform/SecItem.h"
 #include "platform/UserDefaults.h"
@@ -17,9 +18,7 @@ void KeychainService::migrateFromUserDefaultsIfNeeded() {
     if (!server || !username || !password) {
         return;
     }
-    set(*server, serverKey);
-    set(*username, usernameKey);
-    set(*password, passwordKey);
+    saveCredentials({*server, *username, *password});
     for (const char* key : {serverKey, usernameKey, passwordKey}) {
         m_defaults.removeObjectForKey(key);
     }
@@ -33,15 +32,50 @@ std::optional<Credentials> KeychainService::loadCredentials() {
     if (!password) {
         return std::nullopt;
     }
+    registerSecret(*username);
+    registerSecret(*password);
     return Credentials{std::move(*server), std::move(*username), std::move(*password)};
+}
+
+bool KeychainService::saveCredentials(const Credentials& credentials) {
+    registerSecret(credentials.username);
+    registerSecret(credentials.password);
+    bool isTaken = true;
+    const OSStatus status = m_items.changeTogether([&] {
+        isTaken = set(credentials.server, serverKey);
+        isTaken = set(credentials.username, usernameKey) && isTaken;
+        isTaken = set(credentials.password, passwordKey) && isTaken;
+        return isTaken ? errSecSuccess : errSecNotAvailable;
+    });
+    if (isTaken && status != errSecSuccess) {
+        AppLogger::keychain.error("the account cannot be kept, OSStatus: %d", {status});
+    }
+    return status == errSecSuccess;
+}
+
+bool KeychainService::removeCredentials() {
+    bool isGone = true;
+    const OSStatus status = m_items.changeTogether([&] {
+        for (const char* key : {serverKey, usernameKey, passwordKey}) {
+            isGone = remove(key) && isGone;
+        }
+        // A part that cannot be deleted is no reason to bring the others back.
+        return errSecSuccess;
+    });
+    if (isGone && status != errSecSuccess) {
+        AppLogger::keychain.error("the account cannot be deleted, OSStatus: %d", {status});
+    }
+    return isGone && status == errSecSuccess;
 }
 
 bool KeychainService::set(const std::string& value, const std::string& key) {
     if (!isValidUtf8(value)) {
         return false;
     }
-    remove(key);
-    const OSStatus status = m_items.SecItemAdd({service, key}, value);
+    const OSStatus status = m_items.changeTogether([&] {
+        remove(key);
+        return m_items.SecItemAdd({service, key}, value);
+    });
     if (status != errSecSuccess) {
         AppLogger::keychain.error("SecItemAdd failed for key=%s with OSStatus: %d", {key, status});
     }
@@ -68,6 +102,14 @@ bool KeychainService::remove(const std::string& key) {
 
 bool KeychainService::remembers() const {
     return m_items.remembers();
+}
+
+bool KeychainService::keepsWaiting() const {
+    return m_items.keepsWaiting();
+}
+
+void KeychainService::giveUp() {
+    m_items.giveUp();
 }
 
 } // namespace ondavia

@@ -23,12 +23,34 @@ std::string displayName(StoreFile kind) {
     return std::string(schemaOf(kind).stem) + ".db";
 }
 
-SQLite::Database openDatabase(StoreFile kind, const std::filesystem::path& file) {
+SQLite::Database openDatabase(StoreFile kind, const std::filesystem::path& file,
+                              const std::string& fileSystem = {}) {
     try {
-        return SQLite::Database(file, SQLite::OPEN_READWRITE | SQLite::OPEN_NOMUTEX, busyMilliseconds);
+        return SQLite::Database(file, SQLite::OPEN_READWRITE | SQLite::OPEN_NOMUTEX, busyMilliseconds,
+                                fileSystem);
     } catch (const SQLite::Exception& error) {
         throw storeErrorForCode(error.getErrorCode(), displayName(kind));
     }
+}
+
+bool isForWantOfRoom(const SQLite::Exception& error) {
+    const int code = error.getExtendedErrorCode();
+    return code == SQLITE_IOERR_SHMSIZE || code == SQLITE_IOERR_SHMMAP || error.getErrorCode() == SQLITE_FULL;
+}
+
+/// The index into the log is a file that the first reader makes. Where no room is left for it, it is kept in
+/// memory, at the price that other processes must wait: the rows can still be read.
+SQLite::Database openReadable(StoreFile kind, const std::filesystem::path& file) {
+    SQLite::Database database = openDatabase(kind, file);
+    try {
+        database.exec("PRAGMA schema_version");
+    } catch (const SQLite::Exception& error) {
+        if (isForWantOfRoom(error)) {
+            return openDatabase(kind, file, "unix-excl");
+        }
+        // Whatever else is wrong shows at the first use.
+    }
+    return database;
 }
 
 /// Downloaded rows survive the end of the process without synchronous writes: what was written is the
@@ -51,7 +73,7 @@ Connection::Connection(StoreFile kind, std::filesystem::path file, ConnectionUse
     : m_kind(kind)
     , m_file(std::move(file))
     , m_use(use)
-    , m_database(openDatabase(kind, m_file)) {
+    , m_database(use == ConnectionUse::Building ? openDatabase(kind, m_file) : openReadable(kind, m_file)) {
     if (use == ConnectionUse::Checking) {
         sqlite3_db_config(m_database.getHandle(), SQLITE_DBCONFIG_NO_CKPT_ON_CLOSE, 1, nullptr);
     }

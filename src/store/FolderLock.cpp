@@ -3,7 +3,6 @@
 #include "store/StoreError.h"
 
 #include <cerrno>
-#include <cstring>
 #include <fcntl.h>
 #include <unistd.h>
 
@@ -34,8 +33,7 @@ bool setLock(int file, off_t byte, short type, int command) {
 FolderLock::FolderLock(const std::filesystem::path& folder)
     : m_file(::open((folder / "store.lock").c_str(), O_RDWR | O_CREAT | O_CLOEXEC, 0600)) {
     if (m_file < 0) {
-        throw StoreError(StoreFailure::Inaccessible,
-                         "store.lock cannot be opened for writing: " + std::string(std::strerror(errno)));
+        throw storeErrorForSystem(errno, "store.lock", "the file cannot be opened for writing");
     }
 }
 
@@ -47,9 +45,9 @@ FolderLock::Section::Section(FolderLock& lock)
     : m_lock(lock) {
     m_lock.m_mutex.lock();
     if (!setLock(m_lock.m_file, sectionByte, F_WRLCK, F_OFD_SETLKW)) {
+        const int number = errno;
         m_lock.m_mutex.unlock();
-        throw StoreError(StoreFailure::Inaccessible,
-                         "store.lock cannot be locked: " + std::string(std::strerror(errno)));
+        throw storeErrorForSystem(number, "store.lock", "the file cannot be locked");
     }
 }
 

@@ -1,5 +1,6 @@
 #include "store/GenerationFile.h"
 
+#include "store/LibraryOwner.h"
 #include "store/Schema.h"
 
 namespace ondavia {
@@ -34,9 +35,12 @@ void GenerationFile::createIndexes() {
     m_connection->execute(schemaOf(m_kind).createIndexes);
 }
 
-void GenerationFile::publish() {
+void GenerationFile::publish(const std::optional<std::string>& owner) {
     close();
     const FolderLock::Section section(m_folder.lock());
+    if (owner) {
+        requireOwner(m_folder.path(), *owner);
+    }
     publish(section);
 }
 

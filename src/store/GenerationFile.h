@@ -5,6 +5,8 @@
 
 #include <filesystem>
 #include <memory>
+#include <optional>
+#include <string>
 
 namespace ondavia {
 
@@ -24,9 +26,9 @@ public:
     /// Makes the indexes over the rows. Raises StoreError.
     void createIndexes();
 
-    /// Ends the transaction and puts the file, which has its indexes, in place of the current one. Takes
-    /// the folder's lock. Raises StoreError.
-    void publish();
+    /// Ends the transaction and puts the file, which has its indexes, in place of the current one, for
+    /// `owner` if one is named. Takes the folder's lock. Raises StoreError.
+    void publish(const std::optional<std::string>& owner = {});
     /// The same within a section of the lock.
     void publish(const FolderLock::Section& section);
 

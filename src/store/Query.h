@@ -72,6 +72,11 @@ private:
     std::vector<QueryValue> m_values;
 };
 
+/// What is longer than `longProgram`, in the words of the index over it.
+[[nodiscard]] inline Predicate<EPGProgram> isLongProgram() {
+    return {std::string(longProgramCondition), {}};
+}
+
 template<class Member> struct PlainMember { using type = Member; };
 template<class Member> struct PlainMember<std::optional<Member>> { using type = Member; };
 

@@ -56,7 +56,7 @@ public:
         const std::lock_guard guard(m_mutex);
         deleteSuperseded();
         m_generation.createIndexes();
-        m_generation.publish();
+        m_generation.publish(m_format.owner);
         m_store.announce({m_format.kind});
     }
 

@@ -6,6 +6,7 @@
 #include <cstdint>
 #include <functional>
 #include <memory>
+#include <optional>
 #include <span>
 #include <string>
 #include <string_view>
@@ -28,6 +29,8 @@ struct ReplacementFormat final {
     IdRule idRule;
     std::string table;
     std::string insertSql;
+    /// Whose rows these are, if that is to be asked at the end.
+    std::optional<std::string> owner;
 };
 
 /// Binds the row of an index from parameter 2 on and returns its id.
@@ -50,10 +53,12 @@ void commitRows(ReplacementWriter& writer);
 /// store.
 template<DownloadedEntity T> class Replacement final {
 public:
-    explicit Replacement(LibraryStore& store)
+    /// For the rows of `owner`, if one is named: `commit` then raises StoreError when the store is
+    /// somebody else's by that time.
+    explicit Replacement(LibraryStore& store, std::optional<std::string> owner = {})
         : m_writer(beginReplacement(store, {EntityTraits<T>::kind, EntityTraits<T>::file,
                                             EntityTraits<T>::idRule, std::string(EntityTraits<T>::table),
-                                            insertText<T>(KeyParameter::First)})) {}
+                                            insertText<T>(KeyParameter::First), std::move(owner)})) {}
 
     /// Adds rows after those that the section has. Where an id occurs more than once, the last row of the
     /// highest section survives, whatever the order of the calls for different sections. Guide rows are
@@ -74,6 +79,10 @@ public:
 
     /// Puts the rows in place of the present ones. To be called once, as the last operation.
     void commit() { commitRows(*m_writer); }
+
+    /// Throws away what is not committed, at once and on this thread: half a catalogue is much to delete.
+    /// Nothing may follow.
+    void close() { m_writer.reset(); }
 
 private:
     std::unique_ptr<ReplacementWriter, ReplacementWriterDeleter> m_writer;

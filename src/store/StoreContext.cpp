@@ -5,6 +5,8 @@
 #include "store/LibraryStore.h"
 #include "store/StoreFolder.h"
 
+#include <algorithm>
+#include <iterator>
 #include <set>
 
 namespace ondavia {
@@ -75,47 +77,125 @@ StoreContext::~StoreContext() = default;
 
 void StoreContext::enqueue(Change change) {
     checkThread();
-    if (change.clearsFile) {
-        std::erase_if(m_changes, [&change](const Change& earlier) { return earlier.file == change.file; });
+    if (change.clearsFile()) {
+        const auto isOfFile = [&change](const Change& earlier) { return earlier.file == change.file; };
+        std::erase_if(m_changes, isOfFile);
+        std::erase_if(m_keptChanges, isOfFile);
     }
     m_changes.push_back(std::move(change));
 }
 
-void StoreContext::save() {
+/// With what earlier saves of the same files left. Other files are not asked for what they failed to do.
+std::vector<StoreContext::Change> StoreContext::takeChanges(OnFailure onFailure) {
+    std::vector<Change> changes = std::exchange(m_changes, {});
+    for (Change& change : changes) {
+        change.onFailure = onFailure;
+    }
+    const auto goesAlong =
+        std::stable_partition(m_keptChanges.begin(), m_keptChanges.end(), [&changes](const Change& kept) {
+            return std::ranges::count(changes, kept.file, &Change::file) == 0;
+        });
+    changes.insert(changes.begin(), std::make_move_iterator(goesAlong),
+                   std::make_move_iterator(m_keptChanges.end()));
+    m_keptChanges.erase(goesAlong, m_keptChanges.end());
+    return changes;
+}
+
+void StoreContext::keep(const std::vector<Change>& changes, const Outcome& outcome) {
+    std::ranges::copy_if(changes, std::back_inserter(m_keptChanges), [&outcome](const Change& change) {
+        return change.onFailure == OnFailure::Keep && std::ranges::count(outcome.changed, change.kind) == 0;
+    });
+}
+
+void StoreContext::save(OnFailure onFailure) {
+    checkThread();
+    const std::vector<Change> changes = takeChanges(onFailure);
+    Outcome outcome = write(changes);
+    if (outcome.failure && std::ranges::all_of(changes, &Change::clearsFile)) {
+        deleteFilesOf(changes);
+        const Outcome again = write(changes);
+        outcome = {outcome.changed, again.failure};
+        std::ranges::transform(changes, std::back_inserter(outcome.changed), &Change::kind);
+    }
+    finish(changes, outcome);
+}
+
+void StoreContext::saveFor(const std::string& owner) {
     checkThread();
     const std::vector<Change> changes = std::exchange(m_changes, {});
-    std::array<std::unique_ptr<FileSave>, storeFileCount> saves;
-    std::array<std::set<EntityKind>, storeFileCount> kinds;
-    for (const Change& change : changes) {
-        const auto index = static_cast<std::size_t>(change.file);
-        if (!saves.at(index)) {
-            saves.at(index) = beginSave(change);
-        }
-        change.apply(saves.at(index)->connection());
-        kinds.at(index).insert(change.kind);
+    Outcome outcome;
+    {
+        const FolderLock::Section section(m_store.folder().lock());
+        m_store.requireOwner(owner);
+        outcome = write(changes);
     }
-    std::vector<EntityKind> changed;
-    std::exception_ptr failure;
-    for (std::size_t index = 0; index < storeFileCount && !failure; ++index) {
-        try {
+    finish(changes, outcome);
+}
+
+StoreContext::Outcome StoreContext::write(const std::vector<Change>& changes) {
+    Outcome outcome;
+    try {
+        std::array<std::unique_ptr<FileSave>, storeFileCount> saves;
+        std::array<std::set<EntityKind>, storeFileCount> kinds;
+        for (const Change& change : changes) {
+            const auto index = static_cast<std::size_t>(change.file);
+            if (!saves.at(index)) {
+                saves.at(index) = beginSave(change);
+            }
+            change.apply(saves.at(index)->connection());
+            kinds.at(index).insert(change.kind);
+        }
+        for (std::size_t index = 0; index < storeFileCount; ++index) {
             if (saves.at(index)) {
                 saves.at(index)->commit();
-                changed.insert(changed.end(), kinds.at(index).begin(), kinds.at(index).end());
+                outcome.changed.insert(outcome.changed.end(), kinds.at(index).begin(), kinds.at(index).end());
             }
-        } catch (const StoreError&) {
-            failure = std::current_exception();
+        }
+    } catch (const StoreError&) {
+        outcome.failure = std::current_exception();
+    }
+    return outcome;
+}
+
+/// What is to be empty can go before its successor is there, which is how a full device gets the room for
+/// that. Whoever is killed in between leaves a link to nothing, and the next start begins with no rows.
+void StoreContext::deleteFilesOf(const std::vector<Change>& changes) {
+    StoreFolder& folder = m_store.folder();
+    for (const Change& change : changes) {
+        // An open file would keep its room.
+        m_connections.at(static_cast<std::size_t>(change.file)).reset();
+        const FolderLock::Section section(folder.lock());
+        if (const auto file = folder.currentFile(change.file)) {
+            deleteDatabase(*file);
         }
     }
-    // Who hears of a change may have replaced files closed, so no save may be open any more.
-    saves = {};
-    m_store.announce(changed);
-    if (failure) {
-        std::rethrow_exception(failure);
+}
+
+/// No save may be open any more: who hears of a change may have replaced files closed.
+void StoreContext::finish(const std::vector<Change>& changes, const Outcome& outcome) {
+    keep(changes, outcome);
+    m_store.announce(outcome.changed);
+    backUp(changes, outcome);
+    if (outcome.failure) {
+        std::rethrow_exception(outcome.failure);
+    }
+}
+
+/// What the user deleted is to be gone from the copies too, whatever became of the other files.
+void StoreContext::backUp(const std::vector<Change>& changes, const Outcome& outcome) {
+    const auto isSaved = [&outcome](const Change& change) {
+        return change.file == StoreFile::User && std::ranges::count(outcome.changed, change.kind) > 0;
+    };
+    const auto emptiesKind = [&](const Change& change) { return change.removesAll && isSaved(change); };
+    if (std::ranges::any_of(changes, emptiesKind)) {
+        m_store.renewBackups();
+    } else if (std::ranges::any_of(changes, isSaved)) {
+        m_store.backUp();
     }
 }
 
 std::unique_ptr<StoreContext::FileSave> StoreContext::beginSave(const Change& first) {
-    if (first.clearsFile) {
+    if (first.clearsFile()) {
         return std::make_unique<AnewSave>(*this, first.file);
     }
     return std::make_unique<TransactionSave>(*this, first.file);

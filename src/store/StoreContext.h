@@ -9,6 +9,7 @@
 
 #include <array>
 #include <cstdint>
+#include <exception>
 #include <functional>
 #include <memory>
 #include <optional>
@@ -27,6 +28,13 @@ class LibraryStore;
 template<class... Members> struct PartialRow final {
     std::int64_t key = 0;
     std::tuple<Members...> members;
+};
+
+/// What becomes of the changes of a save that fails.
+enum class OnFailure {
+    Drop,
+    /// They go along with the context's later saves of their file, until one succeeds.
+    Keep
 };
 
 /// One thread's handle on the store. `LibraryStore::mainContext` belongs to the main thread; one made by
@@ -147,15 +155,20 @@ public:
         enqueue<T>([text = std::move(text)](Connection& connection) { execute(connection, text); });
     }
 
-    /// Deletes all rows of the kind at the next save.
+    /// Deletes all rows of the kind at the next save. Of the user's kinds it deletes the backups too. A save
+    /// that does no more than this to downloaded kinds needs no room on the device for it.
     template<Entity T> void removeAll() { enqueueRemoveAll<T>(); }
 
     /// Commits the inserts and deletes since the last save, in their order, in one transaction a file;
-    /// then the store tells that their kinds changed. On a failure nothing of them is kept, neither in
-    /// the files nor in this context, and StoreError is raised. (The files are committed one after the
-    /// other, the user's first: should the very commit of a later one fail, the earlier ones stay.)
+    /// then the store tells that their kinds changed. On a failure nothing of them is kept in the files, nor
+    /// in this context unless `onFailure` says so, and StoreError is raised. (The files are committed one
+    /// after the other, the user's first: should the very commit of a later one fail, the earlier ones stay.)
     /// Without changes nothing happens.
-    void save();
+    void save(OnFailure onFailure = OnFailure::Drop);
+
+    /// Saves inserts and deletes of single rows for `owner`. Raises StoreError when the store is somebody
+    /// else's; nothing of them is kept then.
+    void saveFor(const std::string& owner);
 
     /// Lets go of files whose rows have been replaced, to free their disk space.
     void closeReplacedFiles();
@@ -165,9 +178,13 @@ private:
     struct Change final {
         EntityKind kind;
         StoreFile file;
-        /// Whether the change leaves nothing of a file of downloaded rows.
-        bool clearsFile;
+        /// Whether the change leaves no row of the kind.
+        bool removesAll;
         std::function<void(Connection&)> apply;
+        OnFailure onFailure = OnFailure::Drop;
+
+        /// A downloaded kind is alone in its file.
+        [[nodiscard]] bool clearsFile() const { return removesAll && file != StoreFile::User; }
     };
 
     template<Entity T> void enqueue(std::function<void(Connection&)> apply) {
@@ -176,7 +193,7 @@ private:
     template<Entity T> void enqueueRemoveAll() {
         SqlText text = fromClause(Predicate<T>());
         text.sql.insert(0, "DELETE");
-        enqueue({EntityTraits<T>::kind, EntityTraits<T>::file, DownloadedEntity<T>,
+        enqueue({EntityTraits<T>::kind, EntityTraits<T>::file, true,
                  [text = std::move(text)](Connection& connection) { execute(connection, text); }});
     }
 
@@ -184,15 +201,29 @@ private:
     void read(StoreFile file, const SqlText& text, const std::function<void(SQLite::Statement&)>& receive);
     void checkThread();
     Connection& connection(StoreFile file);
+    /// What a save did: the kinds that have changed, and why it ended early if it did.
+    struct Outcome final {
+        std::vector<EntityKind> changed;
+        std::exception_ptr failure;
+    };
+
+    [[nodiscard]] Outcome write(const std::vector<Change>& changes);
+    void deleteFilesOf(const std::vector<Change>& changes);
+    [[nodiscard]] std::vector<Change> takeChanges(OnFailure onFailure);
+    void keep(const std::vector<Change>& changes, const Outcome& outcome);
+    void finish(const std::vector<Change>& changes, const Outcome& outcome);
     class FileSave;
     class TransactionSave;
     class AnewSave;
     [[nodiscard]] std::unique_ptr<FileSave> beginSave(const Change& first);
+    void backUp(const std::vector<Change>& changes, const Outcome& outcome);
 
     LibraryStore& m_store;
     std::thread::id m_thread;
     std::array<std::unique_ptr<Connection>, storeFileCount> m_connections;
     std::vector<Change> m_changes;
+    /// Of failed saves.
+    std::vector<Change> m_keptChanges;
 };
 
 } // namespace ondavia

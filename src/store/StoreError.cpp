@@ -4,6 +4,9 @@
 
 #include <sqlite3.h>
 
+#include <cerrno>
+#include <system_error>
+
 namespace ondavia {
 
 namespace {
@@ -39,6 +42,15 @@ Meaning meaningOf(int sqliteCode) {
 StoreError::StoreError(StoreFailure failure, std::string_view description)
     : std::runtime_error(maskSecrets(description))
     , m_failure(failure) {}
+
+StoreFailure storeFailureForSystem(int number) {
+    return number == ENOSPC || number == EDQUOT ? StoreFailure::Full : StoreFailure::Inaccessible;
+}
+
+StoreError storeErrorForSystem(int number, std::string_view fileName, std::string_view text) {
+    return StoreError(storeFailureForSystem(number), std::string(fileName) + ": " + std::string(text) + ": " +
+                                                         std::generic_category().message(number));
+}
 
 StoreError storeErrorForCode(int sqliteCode, std::string_view fileName) {
     const Meaning meaning = meaningOf(sqliteCode);

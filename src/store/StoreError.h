@@ -17,6 +17,8 @@ enum class StoreFailure {
     Busy,
     /// Folder or file cannot be opened, read or written.
     Inaccessible,
+    /// The rows are for somebody whose the store is not any more.
+    NotOwner,
     Other,
 };
 
@@ -31,6 +33,12 @@ public:
 private:
     StoreFailure m_failure;
 };
+
+/// What an error number of the system's means for a file.
+[[nodiscard]] StoreFailure storeFailureForSystem(int number);
+
+/// The error for an error number of the system's on the file called `fileName`; `text` says what failed.
+[[nodiscard]] StoreError storeErrorForSystem(int number, std::string_view fileName, std::string_view text);
 
 /// The error for a result code of SQLite (extended or not) on the file called `fileName`.
 [[nodiscard]] StoreError storeErrorForCode(int sqliteCode, std::string_view fileName);

@@ -7,7 +7,6 @@
 #include "store/StoreError.h"
 
 #include <cerrno>
-#include <cstring>
 #include <fcntl.h>
 #include <unistd.h>
 
@@ -19,8 +18,8 @@ namespace {
 
 constexpr std::int64_t generationCount = 1000;
 
-[[noreturn]] void raise(const fs::path& file, const std::string& reason) {
-    throw StoreError(StoreFailure::Inaccessible, file.filename().string() + ": " + reason);
+[[noreturn]] void raise(const fs::path& file, std::string_view text, const std::error_code& error) {
+    throw storeErrorForSystem(error.value(), file.filename().string(), text);
 }
 
 fs::path makePrivateFolder(fs::path path) {
@@ -30,7 +29,7 @@ fs::path makePrivateFolder(fs::path path) {
         fs::permissions(path, fs::perms::owner_all, error);
     }
     if (error) {
-        raise(path, "the folder cannot be made: " + error.message());
+        raise(path, "the folder cannot be made", error);
     }
     return path;
 }
@@ -90,7 +89,7 @@ void StoreFolder::adoptPlainFile(StoreFile kind) {
     }
     fs::rename(plain, generation, error);
     if (error) {
-        raise(plain, "the file cannot be renamed: " + error.message());
+        raise(plain, "the file cannot be renamed", error);
     }
     link(kind, generation);
 }
@@ -145,7 +144,7 @@ void StoreFolder::link(StoreFile kind, const fs::path& generation) const {
         fs::rename(temporary, linkPath(kind), error);
     }
     if (error) {
-        raise(linkPath(kind), "the file cannot be exchanged: " + error.message());
+        raise(linkPath(kind), "the file cannot be exchanged", error);
     }
 }
 
@@ -166,9 +165,7 @@ std::int64_t generationNumber(const fs::path& file) {
 bool createPrivateFile(const fs::path& file) {
     const int descriptor = ::open(file.c_str(), O_RDWR | O_CREAT | O_EXCL | O_CLOEXEC, 0600);
     if (descriptor < 0 && errno != EEXIST) {
-        const StoreFailure failure = errno == ENOSPC ? StoreFailure::Full : StoreFailure::Inaccessible;
-        throw StoreError(failure,
-                         file.filename().string() + ": the file cannot be made: " + std::strerror(errno));
+        throw storeErrorForSystem(errno, file.filename().string(), "the file cannot be made");
     }
     if (descriptor >= 0) {
         ::close(descriptor);

@@ -1,14 +1,12 @@
 #include "store/StoreOpening.h"
 
 #include "base/AppLogger.h"
-#include "base/Date.h"
 #include "store/Connection.h"
+#include "store/FileCheck.h"
 #include "store/GenerationFile.h"
-#include "store/RowInsertion.h"
 #include "store/Schema.h"
 #include "store/StoreError.h"
-
-#include <sqlite3.h>
+#include "store/UserFile.h"
 
 #include <limits>
 
@@ -17,28 +15,6 @@ namespace ondavia {
 namespace fs = std::filesystem;
 
 namespace {
-
-enum class Depth {
-    /// Header, schema, and one row: a catalogue of 200 MB must not be read to be opened.
-    Quick,
-    /// Every page.
-    Whole,
-};
-
-/// Raises StoreError if the file is damaged or of a later version; otherwise the file has the present
-/// schema afterwards.
-void checkFile(StoreFile kind, const fs::path& file, Depth depth) {
-    Connection connection(kind, file, ConnectionUse::Checking);
-    connection.guarded([&] {
-        SQLite::Database& database = connection.database();
-        if (depth == Depth::Whole &&
-            database.execAndGet("PRAGMA quick_check(1)").getString() != std::string_view("ok")) {
-            throw storeErrorForCode(SQLITE_CORRUPT, file.filename().string());
-        }
-        migrate(database, schemaOf(kind));
-        database.exec("PRAGMA journal_mode = WAL");
-    });
-}
 
 void publishEmptyGeneration(StoreFolder& folder, StoreFile kind, const FolderLock::Section& section) {
     GenerationFile generation(folder, kind, std::numeric_limits<std::int64_t>::max());
@@ -51,7 +27,7 @@ bool isSound(StoreFile kind, const fs::path& file) {
         return false;
     }
     try {
-        checkFile(kind, file, Depth::Quick);
+        checkFile(kind, file, CheckDepth::Quick);
         return true;
     } catch (const StoreError& error) {
         if (error.failure() != StoreFailure::Damaged) {
@@ -76,110 +52,29 @@ void openDownloadedFile(StoreFolder& folder, StoreFile kind, const FolderLock::S
     }
 }
 
-fs::path moveAside(const fs::path& file) {
-    const fs::path kept =
-        file.string() + ".damaged-" + std::to_string(currentDate().time_since_epoch().count());
-    for (const char* suffix : {"-wal", ""}) {
-        std::error_code error;
-        if (fs::exists(file.string() + suffix, error)) {
-            fs::rename(file.string() + suffix, kept.string() + suffix, error);
-        }
-        if (error) {
-            throw StoreError(StoreFailure::Damaged,
-                             "user.db is damaged and cannot be moved aside: " + error.message());
-        }
+/// Reading goes on without room, so somebody has to say it.
+bool tellFullDisk(const StoreFolder& folder) {
+    constexpr std::uintmax_t nothing = 1 << 20;
+    std::error_code error;
+    const fs::space_info room = fs::space(folder.path(), error);
+    const bool isFull = !error && room.available < nothing;
+    if (isFull) {
+        AppLogger::general.error("the disk is full: nothing new can be kept until there is room on it");
     }
-    // Only an index into the log, which SQLite makes again.
-    std::error_code ignored;
-    fs::remove(file.string() + "-shm", ignored);
-    return kept;
-}
-
-/// Copies rows in one direction until the first that cannot be read.
-template<Entity T> std::int64_t salvageRows(Connection& from, Connection& to, std::string_view direction) {
-    std::int64_t rows = 0;
-    try {
-        from.guarded([&] {
-            const StatementUse use(from.statement(selectText(columnList<T>(), Query<T>()).sql +
-                                                  " ORDER BY key " + std::string(direction)));
-            while (use.statement().executeStep()) {
-                insertRow(to, readEntity<T>(use.statement(), 0));
-                ++rows;
-            }
-        });
-    } catch (const StoreError& error) {
-        AppLogger::general.error("Reading the damaged file ended: %s", {error.what()});
-    }
-    return rows;
-}
-
-/// From both ends, so that one broken page in the middle costs only its own rows.
-template<Entity T> void salvageTable(Connection& from, Connection& to) {
-    salvageRows<T>(from, to, "ASC");
-    salvageRows<T>(from, to, "DESC");
-}
-
-template<Entity T> std::int64_t rowCount(Connection& connection) {
-    return connection.guarded([&] {
-        return connection.database()
-            .execAndGet("SELECT count(*) FROM " + std::string(EntityTraits<T>::table))
-            .getInt64();
-    });
-}
-
-std::int64_t salvage(const fs::path& damaged, const fs::path& fresh) {
-    Connection to(StoreFile::User, fresh, ConnectionUse::Shared);
-    try {
-        Connection from(StoreFile::User, damaged, ConnectionUse::Checking);
-        to.execute("BEGIN IMMEDIATE");
-        salvageTable<Favorite>(from, to);
-        salvageTable<WatchHistory>(from, to);
-        salvageTable<Playlist>(from, to);
-        to.execute("COMMIT");
-    } catch (const StoreError& error) {
-        AppLogger::general.error("Nothing was saved from the damaged file: %s", {error.what()});
-        return 0;
-    }
-    return rowCount<Favorite>(to) + rowCount<WatchHistory>(to) + rowCount<Playlist>(to);
-}
-
-void openUserFile(StoreFolder& folder, bool alone, OpenReport& report) {
-    const fs::path file = folder.userFile();
-    createPrivateFile(file);
-    std::error_code ignored;
-    fs::permissions(file, fs::perms::owner_read | fs::perms::owner_write, ignored);
-    try {
-        checkFile(StoreFile::User, file, Depth::Whole);
-        return;
-    } catch (const StoreError& error) {
-        if (error.failure() != StoreFailure::Damaged) {
-            throw;
-        }
-    }
-    if (!alone) {
-        // The other process would go on writing into the file that was moved aside.
-        throw StoreError(StoreFailure::Damaged,
-                         "user.db is damaged and cannot be moved aside while another process has it open");
-    }
-    const fs::path kept = moveAside(file);
-    createPrivateFile(file);
-    checkFile(StoreFile::User, file, Depth::Whole);
-    report.damagedUserFile = kept;
-    report.salvagedRows = salvage(kept, file);
-    AppLogger::general.error("user.db was damaged; it is kept as %{public}s, and %ld rows were saved from it",
-                             {kept.filename().string(), report.salvagedRows});
+    return isFull;
 }
 
 } // namespace
 
 OpenReport openFiles(StoreFolder& folder) {
+    const bool isDiskFull = tellFullDisk(folder);
     const FolderLock::Section section(folder.lock());
     const bool alone = folder.lock().join();
     if (alone) {
         folder.deleteAbandonedFiles();
     }
-    OpenReport report;
-    openUserFile(folder, alone, report);
+    OpenReport report = openUserFile(folder, alone);
+    report.isDiskFull = isDiskFull;
     openDownloadedFile(folder, StoreFile::Catalogue, section, report);
     openDownloadedFile(folder, StoreFile::Guide, section, report);
     folder.lock().share();

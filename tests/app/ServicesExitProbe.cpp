@@ -11,19 +11,11 @@
 
 namespace {
 
-QCoro::Task<void> synchronise(ondavia::DataSyncService& service) {
+QCoro::Task<void> untilItEnds(QCoro::Task<void> task) {
     try {
-        co_await service.syncAll();
+        co_await task;
     } catch (const std::exception&) {
         // It is never to end.
-    }
-}
-
-QCoro::Task<void> loadGuide(ondavia::EPGService service, std::string address) {
-    try {
-        co_await service.loadEPG(address);
-    } catch (const std::exception&) {
-        // Neither is this.
     }
 }
 
@@ -34,9 +26,8 @@ int main(int argc, char** argv) {
     ondavia::Services services(ondavia::MpvOutputs::Null);
     const auto client =
         std::make_shared<ondavia::XtreamAPIClient>(argv[1], "ana", "word", services.makeSession);
-    ondavia::DataSyncService service(client, services.syncEnvironment());
-    const auto synchronising = synchronise(service);
-    const auto loading = loadGuide(ondavia::EPGService(services.guideEnvironment()), client->getEpgXMLURL());
+    const auto synchronising = untilItEnds(services.refresh.synchronise(client));
+    const auto loading = untilItEnds(services.refresh.loadGuide(client));
     QSocketNotifier input(STDIN_FILENO, QSocketNotifier::Read);
     QObject::connect(&input, &QSocketNotifier::activated, &application, &QCoreApplication::quit);
     return QCoreApplication::exec();

@@ -1,7 +1,10 @@
 #include "base/AppLogger.h"
+#include "base/Redaction.h"
 #include "support/TestSupport.h"
 
 #include <gtest/gtest.h>
+
+#include <cstdlib>
 
 namespace ondavia {
 namespace {
@@ -28,13 +31,32 @@ TEST(AppLogger, masksPrivateTextsAndPrintsPublicOnesAsTheyStand) {
 TEST(AppLogger, keepsOneCallOnOneLine) {
     const testing::LogCapture log;
     AppLogger::general.error("a %s", {"first\nsecond\r\nthird"});
-    EXPECT_EQ(log.records().at(0).message, "a first second  third");
+    EXPECT_EQ(log.records().at(0).message, R"(a first\nsecond\r\nthird)");
+}
+
+TEST(AppLogger, printsNothingThatSteersATerminal) {
+    ::testing::internal::CaptureStderr();
+    AppLogger::general.error("%s %{public}s", {"\x1b]0;a\x07", "\xc2\x9b"
+                                                               "31m\x7f\xe2\x80\xae\xff\n"});
+    const std::string line = ::testing::internal::GetCapturedStderr();
+    EXPECT_TRUE(line.ends_with(" general error: \\x1b]0;a\\x07 \\u009b31m\\x7f\\u202e\\xff\\n\n")) << line;
 }
 
 TEST(AppLogger, survivesAFormatThatAsksForMoreThanItGets) {
     const testing::LogCapture log;
     AppLogger::general.error("%s %ld %");
     EXPECT_EQ(log.records().at(0).message, "  ");
+}
+
+TEST(AppLoggerDeathTest, stillMasksAtTheVeryEndOfTheProcess) {
+    ::testing::GTEST_FLAG(death_test_style) = "threadsafe";
+    const auto endWhileLogging = [] {
+        // Before the first secret: what is made after this is destroyed before it runs.
+        std::atexit([] { AppLogger::general.error("the word is %s.", {"geheim-4711"}); });
+        registerSecret("geheim-4711");
+        std::exit(0);
+    };
+    EXPECT_EXIT(endWhileLogging(), ::testing::ExitedWithCode(0), "the word is <redacted>\\.");
 }
 
 TEST(AppLogger, namesItsFiveCategories) {

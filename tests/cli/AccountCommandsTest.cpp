@@ -4,8 +4,6 @@
 #include "support/HttpServer.h"
 
 #include <chrono>
-#include <fstream>
-#include <iterator>
 
 namespace ondavia::cli::testing {
 namespace {
@@ -13,24 +11,6 @@ namespace {
 QStringList signInArguments(const std::string& server) {
     return {QStringLiteral("signin"), QStringLiteral("--server"), QString::fromStdString(server),
             QStringLiteral("--username"), QString::fromLatin1(account)};
-}
-
-bool holds(const std::string& text, const std::string& part) {
-    return text.find(part) != std::string::npos;
-}
-
-/// Whether any file under `folder` holds the password.
-bool isPasswordStored(const std::filesystem::path& folder) {
-    for (const auto& entry : std::filesystem::recursive_directory_iterator(folder)) {
-        if (entry.is_regular_file()) {
-            std::ifstream file(entry.path(), std::ios::binary);
-            const std::string bytes{std::istreambuf_iterator<char>(file), {}};
-            if (holds(bytes, password)) {
-                return true;
-            }
-        }
-    }
-    return false;
 }
 
 class AccountCommands : public CliTest {
@@ -101,6 +81,16 @@ TEST_F(AccountCommands, APasswordThatMakesNoAddressIsExplained) {
     EXPECT_TRUE(holds(result.errors, "make no address")) << result.errors;
 }
 
+TEST_F(AccountCommands, ASchemeInCapitalsIsPartOfTheNameAndThatIsSaid) {
+    for (const char* address : {"HTTP://tv.invalid", " Https://tv.invalid"}) {
+        const auto result = cli.run(signInArguments(address), std::string(password) + "\n");
+        EXPECT_EQ(result.status, 1);
+        EXPECT_TRUE(holds(result.errors, "warning: only http:// and https:// in small letters"))
+            << result.errors;
+    }
+    EXPECT_FALSE(holds(signInWith(std::string(password) + "\n").errors, "small letters"));
+}
+
 TEST_F(AccountCommands, AServerThatIsNotThereIsToldFromARefusal) {
     provider.stop();
     const auto result = signInWith(std::string(password) + "\n");
@@ -150,6 +140,19 @@ TEST_F(AccountCommands, WithoutAKeyringTheAccountIsForgottenAndThatIsSaid) {
     EXPECT_TRUE(holds(result.errors, "warning: no keyring answers")) << result.errors;
     EXPECT_FALSE(isPasswordStored(cli.folder()));
     expectNobodySignedIn();
+}
+
+TEST_F(AccountCommands, SignOutForgetsTheAccountThoughTheLibraryCannotBeOpened) {
+    cli.signIn(url());
+    ASSERT_TRUE(isPasswordStored(cli.folder()));
+    const auto file = cli.folder() / "store" / "user.db";
+    std::filesystem::remove(file);
+    std::filesystem::create_directory(file);
+    const auto result = cli.run({QStringLiteral("signout")});
+    EXPECT_EQ(result.status, 1);
+    EXPECT_TRUE(holds(result.errors, "the account is forgotten")) << result.errors;
+    EXPECT_TRUE(holds(result.errors, "user.db")) << result.errors;
+    EXPECT_FALSE(isPasswordStored(cli.folder()));
 }
 
 TEST_F(AccountCommands, SignOutForgetsAccountCatalogueAndWhatTheUserMade) {

@@ -11,10 +11,6 @@
 namespace ondavia::cli::testing {
 namespace {
 
-bool holds(const std::string& text, const std::string& part) {
-    return text.find(part) != std::string::npos;
-}
-
 class CatalogueCommands : public CliTest {
 protected:
     std::vector<QJsonObject> json(QStringList arguments) {
@@ -183,16 +179,6 @@ public:
 private:
     ondavia::testing::HttpServer m_server;
 };
-
-TEST(CatalogueOutput, AProvidersTextCannotSteerTheTerminal) {
-    const OneChannelProvider provider(
-        R"([{"num":1,"name":"a\u001b[2Jb\u009bc\nd","stream_id":7,"category_id":"1"}])");
-    CommandLine cli;
-    cli.fill(provider.url());
-    const auto result = cli.run({QStringLiteral("list"), QStringLiteral("live")});
-    EXPECT_TRUE(holds(result.output, "a [2Jb c d\n")) << result.output;
-    EXPECT_EQ(linesOf(result.output).size(), 1U);
-}
 
 TEST(CatalogueOutput, AnAccountInAPicturesAddressIsMasked) {
     const OneChannelProvider provider(R"([{"num":1,"name":"a","stream_id":7,"stream_icon":)"

@@ -20,9 +20,36 @@ demo::DemoOptions optionsOfAccount() {
 
 } // namespace
 
+bool steersTerminal(const std::string& text) {
+    const QString shown = QString::fromStdString(text);
+    const bool isText = shown.toStdString() == text;
+    return !isText || std::ranges::any_of(shown, [](QChar character) {
+        const auto category = character.category();
+        return character != QLatin1Char('\n') &&
+               (category == QChar::Other_Control || category == QChar::Separator_Line ||
+                category == QChar::Separator_Paragraph ||
+                (character >= QChar(0x200E) && character <= QChar(0x200F)) ||
+                (character >= QChar(0x202A) && character <= QChar(0x202E)) ||
+                (character >= QChar(0x2066) && character <= QChar(0x2069)) || character == QChar(0x061C));
+    });
+}
+
 std::string commandLineOf(qint64 process) {
     QFile file(QStringLiteral("/proc/%1/cmdline").arg(process));
     return file.open(QIODevice::ReadOnly) ? file.readAll().toStdString() : std::string();
+}
+
+bool isPasswordStored(const std::filesystem::path& folder) {
+    for (const auto& entry : std::filesystem::recursive_directory_iterator(folder)) {
+        if (entry.is_regular_file()) {
+            std::ifstream file(entry.path(), std::ios::binary);
+            const std::string bytes{std::istreambuf_iterator<char>(file), {}};
+            if (holds(bytes, password)) {
+                return true;
+            }
+        }
+    }
+    return false;
 }
 
 std::vector<std::string> linesOf(const std::string& text) {
@@ -83,6 +110,10 @@ RunResult CommandLine::runProcess(const QStringList& arguments, const std::strin
     RunResult result{process.exitCode(), process.readAllStandardOutput().toStdString(),
                      process.readAllStandardError().toStdString()};
     EXPECT_EQ(result.errors.find(password), std::string::npos) << result.errors;
+    EXPECT_FALSE(steersTerminal(result.output))
+        << QByteArray::fromStdString(result.output).toHex(' ').toStdString();
+    EXPECT_FALSE(steersTerminal(result.errors))
+        << QByteArray::fromStdString(result.errors).toHex(' ').toStdString();
     return result;
 }
 

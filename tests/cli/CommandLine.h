@@ -25,8 +25,19 @@ struct RunResult final {
     std::string errors;
 };
 
+inline bool holds(const std::string& text, const std::string& part) {
+    return text.find(part) != std::string::npos;
+}
+
 /// What the list of processes shows of one that runs; empty once it has ended.
 std::string commandLineOf(qint64 process);
+
+/// Whether a control character other than the line end, what turns the direction of writing, or what is no
+/// UTF-8 stands in `text`.
+bool steersTerminal(const std::string& text);
+
+/// Whether any file under `folder` holds the password.
+bool isPasswordStored(const std::filesystem::path& folder);
 
 /// The lines of `text`, without their ends.
 std::vector<std::string> linesOf(const std::string& text);
@@ -38,7 +49,8 @@ std::vector<QJsonObject> objectsOf(const std::string& output);
 std::vector<std::string> textsOf(const std::vector<QJsonObject>& objects, const char* key);
 
 /// The program, its data in a fresh folder, and everything it says at debug level. Whatever it prints, on
-/// either stream, and its line in the list of processes are searched for the password.
+/// either stream, and its line in the list of processes are searched for the password, and the two streams
+/// for what steers a terminal.
 class CommandLine final {
 public:
     CommandLine();

@@ -7,10 +7,6 @@
 namespace ondavia::cli::testing {
 namespace {
 
-bool holds(const std::string& text, const std::string& part) {
-    return text.find(part) != std::string::npos;
-}
-
 struct Examination final {
     RunResult run;
     /// Result and detail by question.

@@ -7,10 +7,6 @@
 namespace ondavia::cli::testing {
 namespace {
 
-bool holds(const std::string& text, const std::string& part) {
-    return text.find(part) != std::string::npos;
-}
-
 QDateTime timeOf(const QJsonObject& program, const char* key) {
     return QDateTime::fromString(program[QLatin1String(key)].toString(), Qt::ISODate);
 }

@@ -8,10 +8,6 @@
 namespace ondavia::cli::testing {
 namespace {
 
-bool holds(const std::string& text, const std::string& part) {
-    return text.find(part) != std::string::npos;
-}
-
 class MediaCommands : public CliTest {
 protected:
     MediaCommands() { cli.fill(url()); }

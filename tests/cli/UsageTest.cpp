@@ -23,6 +23,14 @@ TEST(Usage, WhatMakesNoCommandEndsWithTwoAndSaysWhy) {
                              "url main_1 --catchup 2026-03-01T21:05 long",
                              "play main_1 --for 0",
                              "play main_1 --from -1",
+                             "history remove",
+                             "history clear",
+                             "history clear live",
+                             "history clear films",
+                             "history nonsense",
+                             "tracks",
+                             "subtitles",
+                             "subtitles parse",
                              "guide",
                              "guide now",
                              "guide day main_1",
@@ -54,8 +62,9 @@ TEST(Usage, HelpNamesEveryCommand) {
     CommandLine cli;
     const auto result = cli.run(words("--help"));
     EXPECT_EQ(result.status, 0);
-    for (const char* command : {"signin", "signout", "account", "sync", "categories", "list", "show",
-                                "series", "url", "play", "guide", "doctor"}) {
+    for (const char* command :
+         {"signin", "signout", "account", "sync", "categories", "list", "show", "series", "url", "play",
+          "tracks", "subtitles", "history", "guide", "doctor"}) {
         EXPECT_NE(result.output.find(std::string("\n  ") + command + " "), std::string::npos) << command;
     }
 }

@@ -1,9 +1,12 @@
 #include "DemoTestSupport.h"
+#include "demo/Catalogue.h"
 
 #include <QStringList>
 
+#include <algorithm>
 #include <atomic>
 #include <chrono>
+#include <cmath>
 #include <cstdint>
 #include <map>
 #include <optional>
@@ -84,6 +87,66 @@ TEST(DemoMedia, FilmsHaveTwoLanguagesAndASubtitleInBothContainers) {
     EXPECT_EQ(mkv.at(3), QStringLiteral("subrip,por"));
     const QStringList episode = streamsOf(demo.url() + "/series/demo/demo/20010101.mp4");
     EXPECT_EQ(episode, QStringList({QStringLiteral("h264,und"), QStringLiteral("aac,por")}));
+}
+
+/// The picture of a film at a second: 64 by 36 colours.
+QByteArray pictureAt(const std::string& url, const char* seconds) {
+    return outputOf(
+        QStringLiteral("ffmpeg"),
+        {QStringLiteral("-v"), QStringLiteral("error"), QStringLiteral("-ss"), QString::fromLatin1(seconds),
+         QStringLiteral("-i"), QString::fromStdString(url), QStringLiteral("-frames:v"), QStringLiteral("1"),
+         QStringLiteral("-vf"), QStringLiteral("scale=64:36:flags=area"), QStringLiteral("-pix_fmt"),
+         QStringLiteral("rgb24"), QStringLiteral("-f"), QStringLiteral("rawvideo"), QStringLiteral("-")});
+}
+
+/// How far two pictures are apart, of 255.
+double distance(const QByteArray& one, const QByteArray& other) {
+    double sum = 0;
+    for (qsizetype at = 0; at < std::min(one.size(), other.size()); ++at) {
+        sum += std::abs(static_cast<unsigned char>(one[at]) - static_cast<unsigned char>(other[at]));
+    }
+    return sum / static_cast<double>(one.size());
+}
+
+TEST(DemoMedia, OneFilmIsFortyMinutesLongAndEverySecondOfItLooksDifferent) {
+    RunningProvider demo;
+    const std::string path = "/movie/demo/demo/" + std::to_string(Catalogue::longFilmId) + ".mp4";
+    const QByteArray length =
+        outputOf(QStringLiteral("ffprobe"),
+                 {QStringLiteral("-v"), QStringLiteral("error"), QStringLiteral("-show_entries"),
+                  QStringLiteral("format=duration"), QStringLiteral("-of"), QStringLiteral("csv=p=0"),
+                  QString::fromStdString(demo.url() + path)});
+    EXPECT_NEAR(length.toDouble(), 2400, 1);
+    EXPECT_LT(std::stoull(demo.client().Head(path)->get_header_value("Content-Length")), 48ULL << 20)
+        << "small";
+    const QByteArray now = pictureAt(demo.url() + path, "1200.2");
+    ASSERT_EQ(now.size(), 64 * 36 * 3);
+    EXPECT_GT(distance(now, pictureAt(demo.url() + path, "1201.2")), 0.05) << "the time is in the picture";
+    EXPECT_GT(distance(now, pictureAt(demo.url() + path, "1260.2")), 10) << "another minute, another colour";
+    const std::string subtitles =
+        demo.get("/subtitles/" + std::to_string(Catalogue::longFilmId) + ".por.srt");
+    EXPECT_NE(subtitles.find("00:39:56,500 --> "), std::string::npos);
+}
+
+TEST(DemoMedia, EpisodesOfASeasonDifferAndNameTheirSubtitles) {
+    RunningProvider demo;
+    const QJsonObject season =
+        demo.api("get_series_info", "&series_id=2001").object()[QStringLiteral("episodes")].toObject();
+    const QJsonArray episodes = season[QStringLiteral("1")].toArray();
+    ASSERT_GE(episodes.size(), 4);
+    std::vector<QByteArray> pictures;
+    for (int index = 0; index < 3; ++index) {
+        const std::string id = episodes[index][QStringLiteral("id")].toString().toStdString();
+        pictures.push_back(pictureAt(demo.url() + "/series/demo/demo/" + id + ".mp4", "2"));
+        const QJsonArray addresses = episodes[index][QStringLiteral("subtitles")].toArray();
+        ASSERT_EQ(addresses.size(), 2);
+        const std::string address = addresses[0].toString().toStdString();
+        ASSERT_TRUE(address.starts_with(demo.url())) << address;
+        EXPECT_NE(demo.get(address.substr(demo.url().size())).find(" --> "), std::string::npos);
+    }
+    EXPECT_GT(distance(pictures[0], pictures[1]), 5);
+    EXPECT_GT(distance(pictures[1], pictures[2]), 5);
+    EXPECT_TRUE(episodes[3][QStringLiteral("subtitles")].toArray().isEmpty());
 }
 
 TEST(DemoMedia, AnswersRangesWithTheBytesOfThem) {

@@ -1,5 +1,8 @@
 #include "engine/EngineTestSupport.h"
 
+#include <QAbstractEventDispatcher>
+#include <QEventLoop>
+
 #include <gmock/gmock.h>
 
 #include <algorithm>
@@ -65,8 +68,8 @@ TEST(EnginePlayback, StandsStillWhilePausedAndGoesOn) {
     ASSERT_TRUE(engine.awaitPosition(0.3));
     engine->pause();
     ASSERT_TRUE(engine.await("state:2"));
-    drainEvents();
-    const double stood = engine->currentPlaybackTime();
+    double stood = -1;
+    ASSERT_TRUE(waitUntil([&] { return std::exchange(stood, engine->currentPlaybackTime()) == stood; }));
     EXPECT_FALSE(waitUntil([&] { return std::abs(engine->currentPlaybackTime() - stood) > 0.1; }, 400ms));
     engine->play();
     EXPECT_TRUE(engine.awaitPosition(stood + 0.3));
@@ -190,9 +193,31 @@ TEST(EnginePlayback, RadioLeavesBufferingWithoutAPicture) {
     EXPECT_TRUE(engine->monitor().videoMeta.isEmpty());
 }
 
+TEST(EnginePlayback, PositionThatNobodyReadsWakesNobody) {
+    const MediaServer server;
+    Engine engine(MpvOutputs::Null, server.url("/live/user/word/film.ts"));
+    engine->setIsLive(true);
+    engine->prepareToPlay();
+    ASSERT_TRUE(engine.awaitPosition(1));
+    const double from = engine->currentPlaybackTime();
+    int wakes = 0;
+    QEventLoop loop;
+    QObject::connect(QAbstractEventDispatcher::instance(), &QAbstractEventDispatcher::awake, &loop,
+                     [&wakes] { ++wakes; });
+    QTimer::singleShot(4s, &loop, &QEventLoop::quit);
+    loop.exec();
+    const int counted = wakes;
+    double played = 0;
+    ASSERT_TRUE(waitUntil([&] { return (played = engine->currentPlaybackTime() - from) > 2; }));
+    constexpr double picturesASecond = 25;
+    std::printf("%d wakes of the main loop for %.0f pictures\n", counted, played * picturesASecond);
+    EXPECT_LT(counted, played * picturesASecond / 2);
+}
+
 TEST(EnginePlayback, LiveChannelHasNoDuration) {
     const MediaServer server;
     Engine engine(MpvOutputs::Null, server.url("/live/user/word/film.ts"));
+    engine->setIsLive(true);
     engine->prepareToPlay();
     ASSERT_TRUE(engine.awaitPosition(1));
     EXPECT_EQ(engine->duration(), 0);
@@ -201,6 +226,7 @@ TEST(EnginePlayback, LiveChannelHasNoDuration) {
 TEST(EnginePlayback, LiveChannelPlaysOnAfterASeek) {
     const MediaServer server;
     Engine engine(MpvOutputs::Null, server.url("/live/user/word/film.ts"));
+    engine->setIsLive(true);
     engine->prepareToPlay();
     ASSERT_TRUE(engine.awaitPosition(1));
     engine->setCurrentPlaybackTime(3600);

@@ -1,7 +1,15 @@
+#include "base/Redaction.h"
+#include "playback/engine/FFmpegLog.h"
 #include "playback/engine/MpvOptions.h"
 #include "playback/engine/PlaybackModel.h"
 
+#include "support/TestSupport.h"
+
 #include <gmock/gmock.h>
+
+extern "C" {
+#include <libavutil/log.h>
+}
 
 namespace ondavia::engine {
 namespace {
@@ -32,25 +40,51 @@ TEST(EngineOptions, CategoryIsPartOfTheKey) {
 }
 
 TEST(EngineOptions, OnlyStreamsAndFilesAreAddresses) {
-    for (const char* address :
-         {"http://a/b", "HTTPS://a/b", "rtmp://a", "rtsp://a", "udp://1.2.3.4:5", "file:///tmp/x.mkv"}) {
+    for (const char* address : {"http://a/b", "HTTPS://a/b", "rtmp://a", "rtsp://a", "rtp://a",
+                                "udp://1.2.3.4:5", "file:///tmp/x.mkv"}) {
         EXPECT_TRUE(isPlayableAddress(address)) << address;
     }
     for (const char* address : {"", "x.mkv", "/etc/passwd", "-", "edl://x", "lavfi://x", "av://x",
                                 "memory://x", "lavf://x", "ffmpeg://x", "cdda://", "dvd://", "fd://0",
-                                "ytdl://x", "slice://0-1@/etc/passwd", "null://", "http:/a"}) {
+                                "ytdl://x", "mmsh://a", "slice://0-1@/etc/passwd", "null://", "http:/a"}) {
         EXPECT_FALSE(isPlayableAddress(address)) << address;
     }
 }
 
-TEST(EngineModel, EndCountsAsSuchOnlyNearTheKnownEnd) {
-    EXPECT_EQ(reasonOfEnd(100, 100), FSFinishReason::PlaybackEnded);
-    EXPECT_EQ(reasonOfEnd(97.5, 100), FSFinishReason::PlaybackEnded);
-    EXPECT_EQ(reasonOfEnd(96.5, 100), FSFinishReason::PlaybackError);
-    EXPECT_EQ(reasonOfEnd(7060, 7200), FSFinishReason::PlaybackEnded);
-    EXPECT_EQ(reasonOfEnd(7050, 7200), FSFinishReason::PlaybackError);
-    EXPECT_EQ(reasonOfEnd(3000, 7200), FSFinishReason::PlaybackError);
-    EXPECT_EQ(reasonOfEnd(50, 0), FSFinishReason::PlaybackError);
+TEST(EngineModel, TheConnectionDecidesWhatAnEndMeans) {
+    EXPECT_EQ(reasonOfEnd(DataEnd::Whole, false, 50, 0), FSFinishReason::PlaybackEnded);
+    EXPECT_EQ(reasonOfEnd(DataEnd::Whole, false, 30, 100), FSFinishReason::PlaybackEnded);
+    EXPECT_EQ(reasonOfEnd(DataEnd::BrokenOff, false, 100, 100), FSFinishReason::PlaybackError);
+    EXPECT_EQ(reasonOfEnd(DataEnd::Whole, true, 50, 0), FSFinishReason::PlaybackError);
+    EXPECT_EQ(reasonOfEnd(DataEnd::Whole, true, 100, 100), FSFinishReason::PlaybackEnded) << "a recording";
+    EXPECT_EQ(reasonOfEnd(DataEnd::BrokenOff, true, 100, 100), FSFinishReason::PlaybackError);
+}
+
+TEST(EngineModel, ThePositionDecidesWhereTheConnectionCannotBeAsked) {
+    const auto reason = [](double position, double duration) {
+        return reasonOfEnd(DataEnd::Unknown, false, position, duration);
+    };
+    EXPECT_EQ(reason(100, 100), FSFinishReason::PlaybackEnded);
+    EXPECT_EQ(reason(97.5, 100), FSFinishReason::PlaybackEnded);
+    EXPECT_EQ(reason(96.5, 100), FSFinishReason::PlaybackError);
+    EXPECT_EQ(reason(7060, 7200), FSFinishReason::PlaybackEnded);
+    EXPECT_EQ(reason(7050, 7200), FSFinishReason::PlaybackError);
+    EXPECT_EQ(reason(3000, 7200), FSFinishReason::PlaybackError);
+    EXPECT_EQ(reason(50, 0), FSFinishReason::PlaybackError);
+}
+
+TEST(EngineModel, ClockRunsBetweenReports) {
+    using namespace std::chrono_literals;
+    PlaybackClock clock;
+    const PlaybackClock::Time start{};
+    EXPECT_DOUBLE_EQ(clock.position(start + 5s), 0) << "stands still";
+    clock.report(10, start);
+    clock.run(2, start + 1s);
+    EXPECT_DOUBLE_EQ(clock.position(start + 2s), 12);
+    clock.run(0, start + 3s);
+    EXPECT_DOUBLE_EQ(clock.position(start + 9s), 14);
+    clock.report(13.5, start + 9s);
+    EXPECT_DOUBLE_EQ(clock.position(start + 10s), 13.5);
 }
 
 TEST(EngineModel, DurationStandsForFilesAndSeekableStreamsOnly) {
@@ -137,6 +171,23 @@ TEST(EngineModel, ExternalTracksAreNoStreamsOfTheFile) {
     another.id = 3;
     EXPECT_LT(streamIndex(external), 0);
     EXPECT_NE(streamIndex(external), streamIndex(another));
+}
+
+TEST(FFmpegLog, ASecretThatALongLineCutsInTwoIsMasked) {
+    takeOverFFmpegLog();
+    registerSecret("half of it is enough");
+    const testing::LogCapture log;
+    constexpr int keptBytes = 1023;
+    for (const int secretBytes : {1, 7, 19}) {
+        av_log(nullptr, AV_LOG_WARNING, "%*s|%s\n", keptBytes - 1 - secretBytes, "", "half of it is enough");
+    }
+    av_log(nullptr, AV_LOG_WARNING, "%*s|%s", keptBytes - 5, "", "half");
+    const auto lines = log.messages(LogCategory::player, LogLevel::Debug);
+    ASSERT_EQ(lines.size(), 4U);
+    for (std::size_t line = 0; line < 3; ++line) {
+        EXPECT_TRUE(lines[line].ends_with("|<redacted>")) << lines[line];
+    }
+    EXPECT_TRUE(lines[3].ends_with("|half")) << "a line that just fits is whole: " << lines[3];
 }
 
 } // namespace

@@ -5,7 +5,11 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <complex>
 #include <cstdlib>
+#include <functional>
+#include <numbers>
+#include <vector>
 
 namespace ondavia::testing {
 namespace {
@@ -41,24 +45,48 @@ public:
     [[nodiscard]] bool exists() const { return !m_module.isEmpty(); }
     /// Runs the event loop until a tenth of a second of the sink is loud, or silent.
     [[nodiscard]] bool becomes(bool loud) {
+        return hears([loud](const Samples& samples) { return isLoud(samples) == loud; });
+    }
+    /// Runs the event loop until a tenth of a second of the sink is little but a sine of this frequency, in
+    /// Hz.
+    [[nodiscard]] bool sounds(double frequency) {
+        return hears([frequency](const Samples& samples) {
+            return isLoud(samples) && shareOf(frequency, samples) > 0.8;
+        });
+    }
+
+private:
+    using Samples = std::vector<std::int16_t>;
+    static constexpr double rate = 8000;
+
+    bool hears(const std::function<bool(const Samples&)>& isWanted) {
         m_listener.readAllStandardOutput();
-        return waitUntil([this, loud] {
-            constexpr qint64 tenthOfASecond = 800 * sizeof(std::int16_t);
-            while (m_listener.bytesAvailable() >= tenthOfASecond) {
-                if (isLoud(m_listener.read(tenthOfASecond)) == loud) {
+        return waitUntil([&] {
+            Samples samples(static_cast<std::size_t>(rate / 10));
+            const auto size = static_cast<qint64>(samples.size() * sizeof(std::int16_t));
+            while (m_listener.bytesAvailable() >= size) {
+                m_listener.read(reinterpret_cast<char*>(samples.data()), size);
+                if (isWanted(samples)) {
                     return true;
                 }
             }
             return false;
         });
     }
-
-private:
-    static bool isLoud(const QByteArray& bytes) {
+    static bool isLoud(const Samples& samples) {
         constexpr int audible = 300;
-        std::vector<std::int16_t> samples(static_cast<std::size_t>(bytes.size()) / sizeof(std::int16_t));
-        std::memcpy(samples.data(), bytes.data(), samples.size() * sizeof(std::int16_t));
         return std::ranges::any_of(samples, [](std::int16_t sample) { return std::abs(sample) > audible; });
+    }
+    /// How much of the samples' power one frequency has, from 0 to 1.
+    static double shareOf(double frequency, const Samples& samples) {
+        std::complex<double> component;
+        double power = 0;
+        for (std::size_t index = 0; index < samples.size(); ++index) {
+            const double angle = 2 * std::numbers::pi * frequency * static_cast<double>(index) / rate;
+            component += std::polar(static_cast<double>(samples[index]), -angle);
+            power += static_cast<double>(samples[index]) * samples[index];
+        }
+        return 2 * std::norm(component) / (power * static_cast<double>(samples.size()));
     }
 
     QString m_name;
@@ -83,6 +111,18 @@ TEST(EngineSound, IsHeardAndFollowsPauseAndVolume) {
     EXPECT_TRUE(sink.becomes(true));
     engine->shutdown();
     EXPECT_TRUE(sink.becomes(false));
+}
+
+TEST(EngineSound, TheOtherStreamIsHeardOnceItIsChosen) {
+    NullSink sink;
+    ASSERT_TRUE(sink.exists()) << "no sound server answers";
+    Engine engine(MpvOutputs::Window, Media::shared().tracks);
+    engine->prepareToPlay();
+    EXPECT_TRUE(sink.sounds(440));
+    engine->exchangeSelectedStream(2);
+    EXPECT_TRUE(sink.sounds(880));
+    engine->exchangeSelectedStream(1);
+    EXPECT_TRUE(sink.sounds(440));
 }
 
 } // namespace

@@ -17,22 +17,6 @@ namespace {
 
 constexpr double filmSeconds = 12;
 
-void runFfmpeg(const std::filesystem::path& folder, const QStringList& arguments) {
-    QProcess ffmpeg;
-    ffmpeg.setWorkingDirectory(QString::fromStdString(folder.string()));
-    ffmpeg.start(QStringLiteral("ffmpeg"),
-                 QStringList{QStringLiteral("-hide_banner"), QStringLiteral("-loglevel"),
-                             QStringLiteral("error"), QStringLiteral("-nostdin"), QStringLiteral("-y")} +
-                     arguments);
-    if (!ffmpeg.waitForFinished(60000) || ffmpeg.exitCode() != 0) {
-        throw std::runtime_error(ffmpeg.readAllStandardError().toStdString());
-    }
-}
-
-QStringList words(const char* text) {
-    return QString::fromLatin1(text).split(QLatin1Char(' '), Qt::SkipEmptyParts);
-}
-
 Media makeMedia(const std::filesystem::path& folder) {
     std::ofstream(folder / "legenda.srt") << "1\n00:00:00,000 --> 00:00:11,000\nLegenda de teste\n";
     runFfmpeg(folder, words("-f lavfi -i testsrc2=size=320x180:rate=25:duration=12 -f lavfi -i "
@@ -64,6 +48,22 @@ sockaddr_in loopback() {
 
 } // namespace
 
+void runFfmpeg(const std::filesystem::path& folder, const QStringList& arguments) {
+    QProcess ffmpeg;
+    ffmpeg.setWorkingDirectory(QString::fromStdString(folder.string()));
+    ffmpeg.start(QStringLiteral("ffmpeg"),
+                 QStringList{QStringLiteral("-hide_banner"), QStringLiteral("-loglevel"),
+                             QStringLiteral("error"), QStringLiteral("-nostdin"), QStringLiteral("-y")} +
+                     arguments);
+    if (!ffmpeg.waitForFinished(60000) || ffmpeg.exitCode() != 0) {
+        throw std::runtime_error(ffmpeg.readAllStandardError().toStdString());
+    }
+}
+
+QStringList words(const char* text) {
+    return QString::fromLatin1(text).split(QLatin1Char(' '), Qt::SkipEmptyParts);
+}
+
 const Media& Media::shared() {
     static const TemporaryFolder folder;
     static const Media media = makeMedia(folder.path());
@@ -84,19 +84,20 @@ MediaServer::MediaServer() {
                 return sink.write(body->data() + offset, std::min<std::size_t>(length, 65536));
             });
     });
-    m_server.Get(R"(/cut/([a-z.0-9]+))", [folder](const auto& request, auto& response) {
-        const auto body = std::make_shared<std::string>(bytesOf(folder / request.matches[1].str()));
+    m_server.Get(R"(/cut/(\d+)/([a-z.0-9]+))", [folder](const auto& request, auto& response) {
+        const auto body = std::make_shared<std::string>(bytesOf(folder / request.matches[2].str()));
+        const std::size_t limit = body->size() * std::stoul(request.matches[1]) / 100;
         response.set_content_provider(
             body->size(), "application/octet-stream",
-            [body](std::size_t offset, std::size_t length, httplib::DataSink& sink) {
-                const std::size_t limit = body->size() * 2 / 5;
+            [body, limit](std::size_t offset, std::size_t length, httplib::DataSink& sink) {
                 return offset < limit && sink.write(body->data() + offset,
                                                     std::min({length, limit - offset, std::size_t{65536}}));
             });
     });
-    const auto chunked = [folder](const std::string& name, double share, httplib::Response& response) {
+    const auto chunked = [folder](const std::string& name, unsigned long percent,
+                                  httplib::Response& response) {
         const auto body = std::make_shared<std::string>(bytesOf(folder / name));
-        const auto end = static_cast<std::size_t>(static_cast<double>(body->size()) * share);
+        const std::size_t end = body->size() * percent / 100;
         const bool isWhole = end == body->size();
         response.set_chunked_content_provider("video/mp4", [=](std::size_t offset, httplib::DataSink& sink) {
             if (offset >= end && isWhole) {
@@ -109,10 +110,17 @@ MediaServer::MediaServer() {
         });
     };
     m_server.Get(R"(/whole/([a-z.0-9]+))", [chunked](const auto& request, auto& response) {
-        chunked(request.matches[1].str(), 1, response);
+        chunked(request.matches[1].str(), 100, response);
     });
-    m_server.Get(R"(/broken/([a-z.0-9]+))", [chunked](const auto& request, auto& response) {
-        chunked(request.matches[1].str(), 0.4, response);
+    m_server.Get(R"(/broken/(\d+)/([a-z.0-9]+))", [chunked](const auto& request, auto& response) {
+        chunked(request.matches[2].str(), std::stoul(request.matches[1]), response);
+    });
+    m_server.Get(R"(/closing/([a-z.0-9]+))", [folder](const auto& request, auto& response) {
+        const auto body = std::make_shared<std::string>(bytesOf(folder / request.matches[1].str()));
+        response.set_content_provider("video/mp2t", [body](std::size_t offset, httplib::DataSink& sink) {
+            return offset < body->size() &&
+                   sink.write(body->data() + offset, std::min(body->size() - offset, std::size_t{65536}));
+        });
     });
     const auto paced = [this, folder](const std::string& name, double seconds, httplib::Response& response) {
         const auto body = std::make_shared<std::string>(bytesOf(folder / name));
@@ -232,6 +240,16 @@ FSOptions Engine::systemOptions() {
     options.setPlayerOptionIntValue(1, "framedrop");
     options.setPlayerOptionValue("fcc-_es2", "overlay-format");
     return options;
+}
+
+std::string outcomeOf(const std::string& url) {
+    const Engine engine(MpvOutputs::Null, url);
+    engine->prepareToPlay();
+    waitUntil([&] { return engine.has("finish:0") || engine.has("finish:1"); });
+    if (engine->isPlaying()) {
+        return "plays on";
+    }
+    return engine.events().empty() ? "nothing" : engine.events().back();
 }
 
 MainThreadWatch::MainThreadWatch() {

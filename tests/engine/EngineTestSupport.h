@@ -5,6 +5,7 @@
 #include "playback/engine/MpvPlayerFactory.h"
 #include "support/TestSupport.h"
 
+#include <QStringList>
 #include <QTimer>
 
 #include <httplib.h>
@@ -17,6 +18,12 @@
 #include <vector>
 
 namespace ondavia::testing {
+
+/// Runs ffmpeg within `folder`. Raises std::runtime_error with what it said where it fails.
+void runFfmpeg(const std::filesystem::path& folder, const QStringList& arguments);
+
+/// `text` cut at its blanks.
+[[nodiscard]] QStringList words(const char* text);
 
 /// Small films made once for each test program.
 struct Media final {
@@ -38,9 +45,10 @@ struct Media final {
 /// What providers do, on a free port of the loopback interface.
 ///
 /// /file/<any>/<any>/<name>  a file of Media, with ranges
-/// /cut/<name>               announces the whole file, sends 40 % of it, closes
-/// /whole/<name>             the whole file, without a length and without ranges
-/// /broken/<name>            as /whole, but closed after 40 %
+/// /cut/<percent>/<name>     announces the whole file, sends this much of it, closes; with ranges
+/// /whole/<name>             the whole file, in chunks, without a length and without ranges
+/// /broken/<percent>/<name>  as /whole, but closed after this much
+/// /closing/<name>           the whole file, its end marked by nothing but closing
 /// /live/<any>/<any>/<name>  the file at its own pace, without a length; closes at its end
 /// /short/<name>             as /live, closed after three seconds
 /// /page                     HTML with status 200
@@ -111,6 +119,9 @@ private:
     std::shared_ptr<FSPlayer> m_player;
     std::vector<std::string> m_events;
 };
+
+/// The last event of an engine that was given this address to play, once it has finished.
+[[nodiscard]] std::string outcomeOf(const std::string& url);
 
 /// The longest time between two turns of the main loop while it lives.
 class MainThreadWatch final {

@@ -1,6 +1,8 @@
 #include "GuideServer.h"
 
+#include "guide/GuideSpool.h"
 #include "store/StoreError.h"
+#include "support/NoThreads.h"
 
 #include <fstream>
 #include <future>
@@ -226,7 +228,7 @@ TEST_F(GuideLoad, StopsWithItsWorkersAndLeavesTheGuide) {
     http.start();
     bool failed = false;
     {
-        GuideWorkers ownWorkers;
+        CountedThreads ownWorkers;
         EPGService stopped({*store,
                             [](const auto& configuration) { return makeCurlURLSession(configuration); },
                             folder.path() / "cache", ownWorkers});
@@ -256,6 +258,23 @@ TEST_F(GuideLoad, StoresMoreProgrammesThanOneBatchHolds) {
     serve(xmltv(body));
     load();
     EXPECT_EQ(store->mainContext().count<EPGProgram>(), count);
+}
+
+TEST_F(GuideLoad, KeepsTheGuideAndRaisesWhereNoThreadCanBeHad) {
+    storeOldGuide();
+    serve(xmltv(twoProgrammes));
+    {
+        const NoThreads none;
+        EXPECT_THROW(load(), std::exception);
+    }
+    EXPECT_THAT(titles(), ElementsAre("old"));
+}
+
+TEST_F(GuideLoad, AnAbandonedDownloadThatEndsWellIsAbandoned) {
+    GuideSpool spool(folder.path() / "cache");
+    spool.fail();
+    spool.finish();
+    EXPECT_FALSE(spool.waitForEnd({}));
 }
 
 TEST_F(GuideLoad, LogsNothing) {

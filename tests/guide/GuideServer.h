@@ -45,7 +45,7 @@ protected:
 
     TemporaryFolder folder;
     std::unique_ptr<LibraryStore> store = LibraryStore::open(folder.path() / "store");
-    GuideWorkers workers;
+    CountedThreads workers;
     HttpServer http;
 };
 

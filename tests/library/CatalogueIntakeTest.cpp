@@ -59,6 +59,43 @@ TEST_F(CatalogueIntakeTest, ManyRowsHoldUpTheirSenderUntilTheCategoriesCome) {
     EXPECT_EQ(intake.normalizedCount(), 2 * static_cast<std::int64_t>(Intake::maximumWaitingBatches));
 }
 
+TEST_F(CatalogueIntakeTest, AnAccountThatEndsLetsGoOfASenderThatWaits) {
+    std::stop_source account;
+    Intake ending{std::make_shared<XtreamAPIClient>("http://tv.example", "ana", "word", makeCurlURLSession),
+                  rows,
+                  failure,
+                  CatalogueSection::Movies,
+                  &XtreamAPIClient::normalizeVodStreams,
+                  account.get_token()};
+    std::atomic<std::size_t> taken = 0;
+    auto sender = std::async(std::launch::async, [&] {
+        while (true) {
+            ending.take(oneMovie(static_cast<std::int64_t>(taken)));
+            ++taken;
+        }
+    });
+    ASSERT_TRUE(
+        waitUntil([&] { return taken == Intake::maximumWaitingBatches - 1; }, std::chrono::minutes(1)));
+    account.request_stop();
+    EXPECT_THROW(sender.get(), std::system_error);
+    EXPECT_THROW(ending.take(oneMovie(1)), std::system_error);
+}
+
+TEST_F(CatalogueIntakeTest, AClosedCatalogueLeavesNoFileThoughItsSectionsStay) {
+    intake.setCategories({});
+    intake.take(oneMovie(1));
+    const auto files = [this] {
+        std::size_t count = 0;
+        for (const auto& entry : std::filesystem::directory_iterator(folder.path() / "store")) {
+            count += entry.path().filename().string().starts_with("catalogue-") ? 1 : 0;
+        }
+        return count;
+    };
+    const std::size_t before = files();
+    rows->close();
+    EXPECT_EQ(files(), before - 1);
+}
+
 TEST_F(CatalogueIntakeTest, ARestartForgetsWaitingAndWrittenRows) {
     intake.take(oneMovie(1));
     intake.restart();

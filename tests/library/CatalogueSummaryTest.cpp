@@ -43,5 +43,16 @@ TEST_F(CatalogueSummaryTest, DropsWhatWasCountedAheadOfAChange) {
     EXPECT_EQ(catalogue->count("movie"), 2);
 }
 
+TEST_F(CatalogueSummaryTest, CountsAgainWhereCountingAheadFailed) {
+    add("1", "movie", "Drama");
+    const std::filesystem::path link = folder.path() / "store" / "catalogue.db";
+    const std::filesystem::path kept = folder.path() / "kept.db";
+    std::filesystem::rename(link, kept);
+    catalogue->prefetch();
+    QThreadPool::globalInstance()->waitForDone();
+    std::filesystem::rename(kept, link);
+    EXPECT_EQ(catalogue->count("movie"), 1);
+}
+
 } // namespace
 } // namespace ondavia::testing

@@ -1,5 +1,6 @@
 #include "SyncFixture.h"
 #include "library/SyncError.h"
+#include "support/MarkedTexts.h"
 
 #include <atomic>
 #include <ctime>
@@ -132,18 +133,6 @@ TEST_F(DataSyncServiceTest, MakesThePlaylistOnceAndKeepsTheDayItCame) {
     EXPECT_EQ(store->mainContext().count<Playlist>(), 1);
 }
 
-TEST_F(DataSyncServiceTest, AFirstAttemptThatFailsCostsOneWaitAndOneMessage) {
-    scriptSmallCatalogue();
-    provider.script(
-        "get_vod_streams",
-        {failure(), body(listJSON(ListKind::Movies, {.first = 10, .count = 2, .name = "Movie"}))});
-    sync();
-    EXPECT_THAT(scheduler.requestedSleeps(), ElementsAre(2.0));
-    EXPECT_THAT(journal.starting("message Tentativa"), ElementsAre("message Tentativa 2/4..."));
-    EXPECT_THAT(journal.starting("toast"), IsEmpty());
-    EXPECT_EQ(appState.totalMovies(), 2);
-}
-
 TEST_F(DataSyncServiceTest, FourFailuresWaitFourteenSecondsAndLoseThatListAlone) {
     storeEarlierCatalogue();
     scriptSmallCatalogue();
@@ -159,16 +148,6 @@ TEST_F(DataSyncServiceTest, FourFailuresWaitFourteenSecondsAndLoseThatListAlone)
     EXPECT_THAT(storedNames(), ElementsAre("Live 1", "Live 2", "Series 20"));
     EXPECT_EQ(appState.totalMovies(), 0);
     EXPECT_EQ(appState.loadingMessage(), "");
-}
-
-TEST_F(DataSyncServiceTest, EveryKindOfFailureIsRetried) {
-    scriptSmallCatalogue();
-    const std::string good = listJSON(ListKind::Live, {.count = 2, .name = "Live"});
-    provider.script("get_live_streams", {failure(404), body("<html>no</html>"), cutShort(good), body(good)});
-    sync();
-    EXPECT_THAT(scheduler.requestedSleeps(), ElementsAre(2.0, 4.0, 8.0));
-    EXPECT_EQ(appState.totalLive(), 2) << "rows of a reply that was cut are dropped";
-    EXPECT_THAT(journal.starting("toast"), IsEmpty());
 }
 
 TEST_F(DataSyncServiceTest, AnAddressThatIsNoURLIsRetriedToo) {
@@ -199,15 +178,6 @@ TEST_F(DataSyncServiceTest, ACategoryListThatFailedLeavesItsRowsWithoutCategory)
                 ElementsAre("Sem Categoria"));
     EXPECT_TRUE(appState.vodCategories().empty());
     EXPECT_EQ(savedOrder(DataSyncService::vodOrderKey), std::vector<std::string>{});
-}
-
-TEST_F(DataSyncServiceTest, ARetryThatTakesLongDoesNotLoseRowsThatCameBeforeTheirCategories) {
-    scriptSmallCatalogue();
-    provider.script("get_vod_categories", {failure(), failure(), body(categoriesJSON({{"1", "Drama"}}))});
-    provider.script("get_vod_streams", {body(listJSON(ListKind::Movies, {.count = 5000, .name = "Movie"}))});
-    sync();
-    EXPECT_EQ(store->mainContext().count<Channel>(field(&Channel::groupTitle) == "Drama"), 5000);
-    EXPECT_EQ(appState.totalMovies(), 5000);
 }
 
 TEST_F(DataSyncServiceTest, EmptyBodiesPreserveTheCatalogueButNotTheCategories) {
@@ -260,6 +230,12 @@ TEST_F(DataSyncServiceTest, ACategoryIdThatStandsTwiceFailsTheRunBeforeAnythingI
     EXPECT_FALSE(playlist());
 }
 
+TEST_F(DataSyncServiceTest, ACategoryIdIsShownInPart) {
+    const DuplicateCategoryError error("get_live_categories", std::string(100'000, 'i'));
+    EXPECT_EQ(std::string(error.what()),
+              "get_live_categories: the category id \"" + std::string(40, 'i') + "\"... stands twice");
+}
+
 TEST_F(DataSyncServiceTest, AStreamIdThatStandsTwiceKeepsTheLastRowWhileTheTotalsCountBoth) {
     scriptSmallCatalogue();
     provider.script("get_vod_streams",
@@ -287,6 +263,29 @@ TEST_F(DataSyncServiceTest, OfflineWithoutRowsRaises) {
     EXPECT_EQ(provider.requestCount("get_series"), 0);
 }
 
+TEST_F(DataSyncServiceTest, AsksForItsTextsByTheirKeys) {
+    const MarkedTexts texts{"sync.loadingContent", "sync.saving",        "sync.error.generic",
+                            "sync.moviesError",    "sync.seriesError",   "sync.offline",
+                            "category.none",       "error.noConnection", "error.emptyResponse"};
+    scriptSmallCatalogue();
+    provider.script("get_live_categories", {failure()});
+    provider.script("get_vod_streams", {body("[]")});
+    provider.script("get_series", {body("[]")});
+    sync();
+    EXPECT_EQ(journal.lines.front(), "message <sync.loadingContent>");
+    EXPECT_THAT(journal.starting("message <"),
+                ElementsAre("message <sync.loadingContent>", "message <sync.saving>"));
+    EXPECT_THAT(
+        journal.starting("toast"),
+        ElementsAre("toast <sync.error.generic>", "toast <sync.moviesError>", "toast <sync.seriesError>"));
+    EXPECT_THAT(store->mainContext().distinct(&Channel::groupTitle), ElementsAre("<category.none>"));
+    goOffline();
+    sync();
+    EXPECT_EQ(appState.toastMessage(), "<sync.offline>");
+    EXPECT_STREQ(SyncError(SyncError::Case::noConnection).what(), "<error.noConnection>");
+    EXPECT_STREQ(SyncError(SyncError::Case::emptyResponse).what(), "<error.emptyResponse>");
+}
+
 TEST_F(DataSyncServiceTest, OfflineWithRowsOnlySetsTheTotals) {
     storeEarlierCatalogue();
     appState.setLoadingMessage("before");
@@ -310,32 +309,6 @@ TEST_F(DataSyncServiceTest, OfflineRowsOfAnyTypeAreRows) {
     goOffline();
     sync();
     EXPECT_EQ(appState.totalLive(), 0);
-}
-
-TEST_F(DataSyncServiceTest, ACancelledWaitGoesOnAtOnce) {
-    scriptSmallCatalogue();
-    provider.script("get_vod_streams", {failure()});
-    leapingClock.stop();
-    std::stop_source source;
-    source.request_stop();
-    sync(source.get_token());
-    EXPECT_EQ(provider.requestCount("get_vod_streams"), 4);
-    EXPECT_EQ(scheduler.now(), 0);
-    EXPECT_EQ(appState.totalLive(), 2);
-}
-
-TEST_F(DataSyncServiceTest, AStopDuringAWaitEndsTheWaitAndNotTheRun) {
-    scriptSmallCatalogue();
-    provider.script("get_vod_streams", {failure(), body(listJSON(ListKind::Movies, {}))});
-    leapingClock.stop();
-    std::stop_source source;
-    DataSyncService service(client(), environment());
-    auto run = service.syncAll(source.get_token());
-    ASSERT_TRUE(waitUntil([&] { return scheduler.activeSleeps() == 1; }));
-    source.request_stop();
-    resultOf(std::move(run));
-    EXPECT_EQ(appState.totalMovies(), 1);
-    EXPECT_EQ(scheduler.now(), 0);
 }
 
 TEST_F(DataSyncServiceTest, TwoRunsAtOnceLeaveOneWholeCatalogue) {

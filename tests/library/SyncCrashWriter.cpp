@@ -9,7 +9,7 @@
 #include "platform/linux/SecItemStores.h"
 #include "playback/PlayerManager.h"
 #include "state/AppState.h"
-#include "state/KeychainService.h"
+#include "state/KeychainQueue.h"
 #include "store/LibraryStore.h"
 #include "support/AcknowledgedLog.h"
 
@@ -35,6 +35,7 @@ class SilentAudioSession final : public AVAudioSession {
 public:
     bool setCategory(std::string_view, std::string_view) override { return true; }
     bool setActive(bool) override { return true; }
+    float outputVolume() const override { return 1.0F; }
 };
 
 QCoro::Task<void> synchroniseForEver(SyncEnvironment environment, std::string url) {
@@ -53,9 +54,12 @@ int runSynchronisations(const QCoreApplication& application, LibraryStore& store
     const auto scheduler = makeQtScheduler();
     NotificationCenter notifications;
     SilentAudioSession audio;
-    PlayerManager playerManager({}, notifications, *scheduler, audio);
+    MPNowPlayingInfoCenter nowPlaying;
+    MPRemoteCommandCenter commands;
+    PlayerManager playerManager({{}, notifications, *scheduler, audio, {}, nowPlaying, commands});
     KeychainService keychain(*items, defaults);
-    AppState appState(keychain, playerManager, makeCurlURLSession);
+    KeychainQueue keychainQueue(keychain, *scheduler);
+    AppState appState(keychainQueue, playerManager, makeCurlURLSession);
     const NetworkMonitor network(makeQtPathMonitor());
     CatalogueSummary catalogue(store);
     const auto running = synchroniseForEver({store, catalogue, appState, defaults, network, *scheduler}, url);

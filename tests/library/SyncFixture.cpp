@@ -61,11 +61,16 @@ void SyncFixture::TearDown() {
 }
 
 SyncFixture::SyncFixture(const StoreOptions& options)
-    : playerManager(
-          [this](const std::string& content, const FSOptions& engineOptions) {
-              return std::make_shared<FakePlayer>(content, engineOptions, engineJournal, notifications);
-          },
-          notifications, scheduler, audio)
+    : playerManager(PlayerEnvironment{[this](const std::string& content, const FSOptions& engineOptions) {
+                                          return std::make_shared<FakePlayer>(content, engineOptions,
+                                                                              engineJournal, notifications);
+                                      },
+                                      notifications,
+                                      scheduler,
+                                      audio,
+                                      {},
+                                      nowPlaying,
+                                      commands})
     , store(LibraryStore::open(folder.path() / "store", options))
     , catalogue(std::make_unique<CatalogueSummary>(*store)) {
     auto monitor = std::make_unique<ScriptedPath>();

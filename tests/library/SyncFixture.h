@@ -12,7 +12,7 @@
 #include "playback/PlayerManager.h"
 #include "protocol/XtreamAPIClient.h"
 #include "state/AppState.h"
-#include "state/KeychainService.h"
+#include "state/KeychainQueue.h"
 #include "store/LibraryStore.h"
 #include "support/ManualScheduler.h"
 #include "support/TestSupport.h"
@@ -75,12 +75,15 @@ protected:
     ManualScheduler scheduler;
     Journal engineJournal;
     NotificationCenter notifications;
+    MPNowPlayingInfoCenter nowPlaying;
+    MPRemoteCommandCenter commands;
     FakeAudioSession audio{engineJournal};
     PlayerManager playerManager;
     JsonUserDefaults defaults{folder.path() / "settings.json"};
     std::unique_ptr<SecItemStore> items = makeMemoryStore();
     KeychainService keychain{*items, defaults};
-    AppState appState{keychain, playerManager, makeCurlURLSession};
+    KeychainQueue keychainQueue{keychain, scheduler};
+    AppState appState{keychainQueue, playerManager, makeCurlURLSession};
     ScriptedPath* path = nullptr;
     std::unique_ptr<NetworkMonitor> network;
     std::unique_ptr<LibraryStore> store;

@@ -13,8 +13,10 @@ TEST(NoSecretService, credentialsLiveInMemoryAndTheLogSaysSo) {
     const testing::LogCapture log;
     const auto store = makeSecItemStore(folder.path());
     ASSERT_NE(store, nullptr);
-    EXPECT_FALSE(store->remembers());
     EXPECT_EQ(store->SecItemAdd({"service", "account"}, "value"), errSecSuccess);
+    EXPECT_FALSE(store->remembers());
+    OSStatus status = errSecNotAvailable;
+    EXPECT_EQ(store->SecItemCopyMatching({"service", "account"}, status), "value");
     EXPECT_TRUE(std::filesystem::is_empty(folder.path()));
     const auto lines = log.messages(LogCategory::keychain, LogLevel::Error);
     ASSERT_FALSE(lines.empty());

@@ -1,5 +1,6 @@
 #include "platform/linux/DataFolders.h"
 #include "platform/linux/JsonUserDefaults.h"
+#include "support/FullDisk.h"
 #include "support/TestSupport.h"
 
 #include <fstream>
@@ -33,6 +34,24 @@ TEST_F(SettingsTest, keepsEveryTypeForTheNextStart) {
     EXPECT_EQ(defaults.dateForKey("date"), date);
     EXPECT_EQ(defaults.stringArrayForKey("list"), (std::vector<std::string>{"Notícias", "", "Notícias"}));
     EXPECT_EQ(defaults.stringArrayForKey("empty"), std::vector<std::string>());
+}
+
+TEST_F(SettingsTest, readsNothingThatIsNoFileOrHasNoEnd) {
+    ASSERT_EQ(mkfifo(file.c_str(), 0600), 0);
+    {
+        const testing::LogCapture log;
+        JsonUserDefaults defaults(file);
+        EXPECT_FALSE(defaults.stringForKey("text"));
+        defaults.setString("text", "new");
+        EXPECT_NE(log.text().find("settings: cannot be read: this is no file"), std::string::npos);
+    }
+    EXPECT_TRUE(std::filesystem::is_fifo(file));
+    std::filesystem::remove(file);
+    std::ofstream(file) << R"({"text":"kept"})";
+    std::filesystem::resize_file(file, std::uintmax_t{1} << 40);
+    JsonUserDefaults defaults(file);
+    EXPECT_FALSE(defaults.stringForKey("text"));
+    EXPECT_EQ(std::filesystem::file_size(file.string() + ".damaged"), std::uintmax_t{1} << 40);
 }
 
 TEST_F(SettingsTest, countsAValueOfAnotherTypeAsMissing) {
@@ -128,6 +147,28 @@ TEST_F(SettingsTest, reportsThatItCannotWrite) {
     const testing::LogCapture log;
     JsonUserDefaults(folder.path() / "missing" / "settings.json").setString("key", "text");
     EXPECT_FALSE(log.messages(LogCategory::general, LogLevel::Error).empty());
+}
+
+TEST(SettingsOnAFullDisk, keepsTheOldFileAndSaysThatThereIsNoRoom) {
+    testing::SmallFilesystem disk;
+    if (!disk.isMounted()) {
+        GTEST_SKIP() << testing::SmallFilesystem::whyNotMounted;
+    }
+    const auto file = disk.path() / "settings.json";
+    JsonUserDefaults defaults(file);
+    defaults.setString("old", "kept");
+    disk.fill();
+    const testing::LogCapture log;
+    // Less than a stream would buffer, so that only the end of the write finds the disk full.
+    defaults.setString("new", "text");
+    EXPECT_EQ(defaults.stringForKey("new"), "text") << "it holds for this run";
+    EXPECT_EQ(JsonUserDefaults(file).stringForKey("old"), "kept");
+    EXPECT_EQ(log.messages(LogCategory::general, LogLevel::Error),
+              std::vector<std::string>{"settings: settings.json cannot be written: No space left on device"});
+    disk.makeRoom();
+    defaults.setString("later", "written");
+    EXPECT_EQ(JsonUserDefaults(file).stringForKey("later"), "written");
+    EXPECT_EQ(JsonUserDefaults(file).stringForKey("new"), "text");
 }
 
 TEST_F(SettingsTest, oneFolderHoldsEverythingWhenAskedFor) {

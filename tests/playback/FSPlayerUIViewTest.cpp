@@ -27,13 +27,18 @@ protected:
 
     /// Plays with an engine whose picture is `picture`, as the real one has it from its beginning.
     void playPicture() {
-        manager = std::make_unique<PlayerManager>(
+        manager = std::make_unique<PlayerManager>(PlayerEnvironment{
             [this](const std::string& content, const FSOptions& options) {
                 auto engine = std::make_shared<FakePlayer>(content, options, journal, notifications);
                 engine->fakeView().picture = &picture;
                 return engine;
             },
-            notifications, scheduler, audio);
+            notifications,
+            scheduler,
+            audio,
+            {},
+            nowPlaying,
+            commands});
     }
 
     QQuickItem* content() { return window.contentItem(); }

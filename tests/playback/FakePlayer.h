@@ -19,10 +19,11 @@ public:
     [[nodiscard]] QQuickItem* item() override { return picture; }
     [[nodiscard]] float darPreference() const override { return m_ratio; }
     void setDarPreference(float ratio) override { m_ratio = ratio; }
-    void setNeedsRefreshCurrentPic() override {}
+    void setNeedsRefreshCurrentPic() override { ++refreshes; }
 
     /// Not owned.
     QQuickItem* picture = nullptr;
+    int refreshes = 0;
 
 private:
     float m_ratio = 0;
@@ -38,6 +39,7 @@ public:
         , center(notifications) {}
     ~FakePlayer() override { journal.push_back("released"); }
 
+    void setIsLive(bool live) override { isLive = live; }
     void setScalingMode(FSScalingMode mode) override {
         journal.push_back("scalingMode " + std::to_string(static_cast<int>(mode)));
     }
@@ -68,13 +70,22 @@ public:
     FSPlaybackState playbackState() const override { return state; }
     unsigned loadState() const override { return load; }
     bool isPlaying() const override { return state == FSPlaybackState::Playing; }
-    float playbackRate() const override { return 1.0F; }
-    void setPlaybackRate(float /*rate*/) override {}
+    float playbackRate() const override { return rate; }
+    void setPlaybackRate(float speed) override { rate = speed; }
     FSMonitor monitor() const override { return meta; }
-    void exchangeSelectedStream(std::int32_t /*streamIndex*/) override {}
-    void closeCurrentStream(const std::string& /*streamType*/) override {}
-    void loadSubtitlesOnly(const std::vector<std::string>& /*urls*/) override {}
-    void loadThenActiveSubtitle(const std::string& /*url*/) override {}
+    FSStatistics statistics() const override { return currentStatistics; }
+    void exchangeSelectedStream(std::int32_t streamIndex) override {
+        journal.push_back("exchange " + std::to_string(streamIndex));
+    }
+    void closeCurrentStream(const std::string& streamType) override {
+        journal.push_back("close " + streamType);
+    }
+    void loadSubtitlesOnly(const std::vector<std::string>& urls) override {
+        for (const auto& url : urls) {
+            journal.push_back("add " + url);
+        }
+    }
+    void loadThenActiveSubtitle(const std::string& url) override { journal.push_back("show " + url); }
 
     /// Posts a notification of this engine, on the calling thread.
     void post(const char* name, const QVariantMap& userInfo = {}) {
@@ -103,11 +114,14 @@ public:
     std::function<void()> onShutdown;
     FSPlaybackState state = FSPlaybackState::Stopped;
     FSMonitor meta;
+    FSStatistics currentStatistics;
     double time = 0;
     double length = 0;
     float volume = 1.0F;
+    float rate = 1.0F;
     unsigned load = 0;
     bool hasView = true;
+    bool isLive = false;
 
 private:
     FakeView m_view;
@@ -129,8 +143,10 @@ public:
         m_journal.push_back("active " + std::to_string(static_cast<int>(active)));
         return !refuses;
     }
+    float outputVolume() const override { return volume; }
 
     std::function<void()> onCategory;
+    float volume = 0.5F;
     bool refuses = false;
 
 private:

@@ -21,9 +21,8 @@ std::string contentOf(const std::filesystem::path& file) {
 MediaServer::MediaServer(const std::filesystem::path& clip)
     : m_clip(contentOf(clip))
     , m_end(m_clip.size()) {
-    m_server.Get(R"(/movie/.*)", [this](const httplib::Request& request, httplib::Response& response) {
-        answer(request, response);
-    });
+    m_server.Get(R"(/(movie|series)/.*)", [this](const httplib::Request& request,
+                                                 httplib::Response& response) { answer(request, response); });
     m_port = m_server.bind_to_any_port("127.0.0.1");
     m_thread = std::thread([this] { m_server.listen_after_bind(); });
 }
@@ -33,8 +32,12 @@ MediaServer::~MediaServer() {
     m_thread.join();
 }
 
+std::string MediaServer::server() const {
+    return "http://127.0.0.1:" + std::to_string(m_port);
+}
+
 std::string MediaServer::url() const {
-    return "http://127.0.0.1:" + std::to_string(m_port) + "/movie/maria/s3cr3t-word/7.mp4";
+    return server() + "/movie/maria/s3cr3t-word/7.mp4";
 }
 
 void MediaServer::cutAt(double fraction) {
@@ -55,11 +58,12 @@ void MediaServer::answer(const httplib::Request& /*request*/, httplib::Response&
     if (!m_tellsSize) {
         response.set_chunked_content_provider(
             "video/mp4", [this](std::size_t offset, httplib::DataSink& sink) {
-                sink.write(m_clip.data() + offset, std::min(m_clip.size() - offset, pieceSize));
-                if (offset + pieceSize >= m_clip.size()) {
+                const std::size_t end = m_end;
+                if (offset >= m_clip.size()) {
                     sink.done();
+                    return true;
                 }
-                return true;
+                return offset < end && sink.write(m_clip.data() + offset, std::min(end - offset, pieceSize));
             });
         return;
     }

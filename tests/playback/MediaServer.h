@@ -17,6 +17,8 @@ public:
     MediaServer(const MediaServer&) = delete;
     MediaServer& operator=(const MediaServer&) = delete;
 
+    /// As an account names it; every film and episode of it is the clip.
+    [[nodiscard]] std::string server() const;
     /// The clip's URL; it holds a password, as a provider's does.
     [[nodiscard]] std::string url() const;
     [[nodiscard]] int requests() const { return m_requests; }

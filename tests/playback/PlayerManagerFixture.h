@@ -37,7 +37,7 @@ protected:
 
     /// A new manager in place of the old one.
     void restart() {
-        manager = std::make_unique<PlayerManager>(
+        manager = std::make_unique<PlayerManager>(PlayerEnvironment{
             [this](const std::string& content, const FSOptions& options) {
                 journal.push_back("create " + content);
                 if (onCreate) {
@@ -49,7 +49,9 @@ protected:
                 lastEngine = engine;
                 return engine;
             },
-            notifications, scheduler, audio);
+            notifications, scheduler, audio,
+            [this](const URLSessionConfiguration& configuration) { return makeSession(configuration); },
+            nowPlaying, commands});
     }
 
     /// Plays and lets the engine be prepared.
@@ -69,10 +71,13 @@ protected:
 
     Journal journal;
     NotificationCenter notifications;
+    MPNowPlayingInfoCenter nowPlaying;
+    MPRemoteCommandCenter commands;
     ManualScheduler scheduler;
     FakeAudioSession audio{journal};
     /// Runs before an engine is made.
     std::function<void()> onCreate;
+    URLSessionFactory makeSession;
     float nextVolume = 1.0F;
     bool nextHasView = true;
     std::weak_ptr<FakePlayer> lastEngine;

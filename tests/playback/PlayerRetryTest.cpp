@@ -1,4 +1,5 @@
 #include "PlayerManagerFixture.h"
+#include "support/MarkedTexts.h"
 
 #include <QSignalSpy>
 
@@ -80,6 +81,19 @@ TEST_F(PlayerRetry, GivesUpAtTheBoundAndLeavesNoMessageBehind) {
     EXPECT_EQ(manager->player(), nullptr);
     EXPECT_EQ(manager->currentItem(), std::nullopt);
     EXPECT_EQ(scheduler.activeSleeps(), 0);
+}
+
+TEST_F(PlayerRetry, AsksForItsTextsByTheirKeys) {
+    const MarkedTexts texts{"player.error", "player.invalidURL"};
+    manager->play(movie("http://tv.example/a film.mp4"), 0);
+    EXPECT_EQ(manager->error(), "<player.invalidURL>");
+    start(movie());
+    manager->setRetryCount(PlayerManager::maxRetries);
+    std::vector<std::optional<std::string>> messages;
+    QObject::connect(manager.get(), &PlayerManager::errorChanged, manager.get(),
+                     [&] { messages.push_back(manager->error()); });
+    failNow();
+    EXPECT_THAT(messages, ElementsAre("<player.error>", std::nullopt));
 }
 
 TEST_F(PlayerRetry, AFailureWithoutACurrentItemEndsInStop) {

@@ -1,6 +1,7 @@
 // The manager with the engine of the application, over real connections.
 #include "MediaServer.h"
 #include "platform/linux/LinuxAudioSession.h"
+#include "platform/linux/PulseVolume.h"
 #include "platform/linux/QtScheduler.h"
 #include "playback/PlayerManager.h"
 #include "playback/engine/MpvPlayerFactory.h"
@@ -78,10 +79,18 @@ protected:
     const LogCapture log;
     NotificationCenter notifications;
     std::unique_ptr<Scheduler> scheduler = makeQtScheduler();
-    std::unique_ptr<AVAudioSession> audio = makeLinuxAudioSession();
+    PulseVolume volume;
+    std::unique_ptr<AVAudioSession> audio = makeLinuxAudioSession(volume);
     MediaServer server{clip()};
-    PlayerManager manager{makeMpvPlayerFactory(notifications, MpvOutputs::Null), notifications, *scheduler,
-                          *audio};
+    MPNowPlayingInfoCenter nowPlaying;
+    MPRemoteCommandCenter commands;
+    PlayerManager manager{{makeMpvPlayerFactory(notifications, MpvOutputs::Null),
+                           notifications,
+                           *scheduler,
+                           *audio,
+                           {},
+                           nowPlaying,
+                           commands}};
 };
 
 std::unique_ptr<TemporaryFolder> RealEngine::folder;
@@ -150,6 +159,23 @@ TEST_F(RealEngine, PlaysOnFromThePositionReachedAfterACut) {
     EXPECT_NEAR(manager.pendingStartPosition(), reached, 0.6);
     ASSERT_TRUE(playsPast(reached + 1));
     EXPECT_LT(manager.currentTime(), reached + 5);
+}
+
+TEST_F(RealEngine, PlaysFromTheBeginningAfterACutWhereThereAreNoRanges) {
+    server.keepSizeToItself();
+    server.cutAt(0.25);
+    manager.play(movie(server.url()), 0);
+    ASSERT_TRUE(playsPast(2));
+    ASSERT_TRUE(waitUntil([this] { return manager.retryCount() == 1; }));
+    server.mend();
+    ASSERT_TRUE(waitUntil([this] { return manager.retryCount() == 0; }));
+    EXPECT_GT(manager.pendingStartPosition(), 2);
+    const auto failures = log.messages(LogCategory::player, LogLevel::Error);
+    ASSERT_TRUE(playsPast(0.5));
+    EXPECT_LT(manager.currentTime(), 2);
+    EXPECT_EQ(manager.pendingStartPosition(), 0);
+    EXPECT_EQ(log.messages(LogCategory::player, LogLevel::Error), failures);
+    EXPECT_EQ(server.requests(), 2);
 }
 
 TEST_F(RealEngine, PlaysAMovieToItsEnd) {

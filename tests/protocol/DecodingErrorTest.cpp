@@ -6,6 +6,7 @@
 namespace ondavia {
 namespace {
 
+using testing::decodingErrorOf;
 using testing::refusal;
 
 TEST(DecodingError, saysWhatWasExpectedAndWhere) {
@@ -50,6 +51,31 @@ TEST(DecodingError, masksURLsAndRegisteredSecrets) {
         R"([{"stream_id":"http://tv.example/live/u1/palavra-passe/1.ts"},{}])");
     EXPECT_EQ(error->found(), R"(text "http://tv.example/<redacted>")");
     EXPECT_EQ(excerpt("is palavra-passe"), R"("is <redacted>")");
+}
+
+TEST(DecodingError, masksAnExcerptBeforeItIsCut) {
+    registerSecret("cut in two 4711");
+    const std::string url = "http://h/" + std::string(4078, 'x');
+    for (std::size_t shown = 1; shown < 15; ++shown) {
+        // Behind a mask of few bytes stands what the excerpt's own bound on its source cuts in two.
+        const std::string text = url.substr(0, url.size() + 8 - shown) + " cut in two 4711";
+        EXPECT_EQ(excerpt(text).find("cut"), std::string::npos) << excerpt(text);
+    }
+    for (std::size_t size = 5; size < 15; ++size) {
+        const std::string part = std::string("cut in two 4711").substr(0, size);
+        const auto behind =
+            decodingErrorOf([&] { testing::decodeInPieces<XtreamLiveStream>("[] is " + part, 64); });
+        EXPECT_EQ(behind->found(), R"(text "is <redacted>" behind the list)");
+        const auto before = decodingErrorOf(
+            [&] { testing::decodeInPieces<XtreamLiveStream>("the account is " + part, 4096); });
+        EXPECT_EQ(before->found(), R"(text "the account is <redacted>")");
+    }
+}
+
+TEST(DecodingError, masksANumberThatIsASecret) {
+    registerSecret("47114711");
+    EXPECT_EQ(refusal<XtreamAuthResponse>(R"({"server_info":{"url":47114711}})")->found(),
+              "number <redacted>");
 }
 
 TEST(DecodingError, staysOneShortLine) {

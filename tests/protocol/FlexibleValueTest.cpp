@@ -75,6 +75,19 @@ TEST(FlexibleString, hasNoOutcomeForAWholeNumberBeyond64Bits) {
     EXPECT_THROW(flexibleText("1e300"), FatalFaultRaised);
 }
 
+TEST(FlexibleString, letsEverythingElseThatIsWrongWithTheReplyComeFirst) {
+    const FatalFaultTrap trap;
+    const std::string fatal = R"({"rating":1e300})";
+    using Movies = std::vector<XtreamVodStream>;
+    EXPECT_THROW((void)decodeReply<Movies>("[" + fatal + "]"), FatalFaultRaised);
+    EXPECT_TRUE(testing::refusal<Movies>("[" + fatal + R"(,{"num":"x"}])"));
+    EXPECT_TRUE(testing::refusal<Movies>("[" + fatal));
+    EXPECT_TRUE(testing::refusal<Movies>("[" + fatal + "] x"));
+    const std::string series = R"({"episodes":{"1":[{"info":)" + fatal + R"(}]},"info":)";
+    EXPECT_THROW((void)decodeReply<XtreamSeriesInfo>(series + "{}}"), FatalFaultRaised);
+    EXPECT_TRUE(testing::refusal<XtreamSeriesInfo>(series + "7}"));
+}
+
 TEST(FlexibleString, isAbsentForANumberThatNoFloatHolds) {
     EXPECT_EQ(flexibleText("1e400"), std::nullopt);
     EXPECT_EQ(flexibleText("-1e400"), std::nullopt);
@@ -125,6 +138,96 @@ TEST(StrictInteger, takesNumbersOfExactIntegerValue) {
     EXPECT_EQ(strictInteger("1e2"), 100);
     EXPECT_EQ(strictInteger("null"), std::nullopt);
     EXPECT_EQ(strictInteger("9223372036854775807"), std::numeric_limits<std::int64_t>::max());
+    EXPECT_EQ(strictInteger("-9223372036854775808"), std::numeric_limits<std::int64_t>::min());
+}
+
+/// Of which the nearest float is an integer, or another one.
+const char* const exactIntegers[][2] = {
+    {"9223372036854775807.0", "9223372036854775807"},
+    {"9223372036854775807.000e0", "9223372036854775807"},
+    {"-9223372036854775808.0", "-9223372036854775808"},
+    {"9007199254740993.0", "9007199254740993"},
+    {"9.223372036854775807e18", "9223372036854775807"},
+    {"92233720368547758070e-1", "9223372036854775807"},
+    {"1e3", "1000"},
+    {"1E+18", "1000000000000000000"},
+    {"1200e-2", "12"},
+    {"0.0012e4", "12"},
+    {"-0.0", "0"},
+    {"-0", "0"},
+    {"0e999999999999999999999", "0"},
+    {"0.0e-999999999999999999999", "0"},
+};
+
+const char* const noIntegers[] = {
+    "-9223372036854775809",
+    "9223372036854775808.0",
+    "9223372036854775807.5",
+    "3.00000000000000000001",
+    "-3.00000000000000000001",
+    "0.99999999999999999999999",
+    "9223372036854775806.9999",
+    "1E400",
+    "-1e400",
+    "1e19",
+    "1e999999999999999999999",
+    "1e-1",
+    "1e-999999999999999999999",
+    "12345678901234567890123.0",
+    "1200e-3",
+};
+
+TEST(StrictInteger, isJudgedByItsTextAndNotByTheNearestFloat) {
+    for (const auto& [json, integer] : exactIntegers) {
+        EXPECT_EQ(strictInteger(json), std::stoll(integer)) << json;
+    }
+    EXPECT_EQ(strictInteger("7." + std::string(5000, '0')), 7);
+    EXPECT_EQ(strictInteger("7" + std::string(5000, '0') + "e-5000"), 7);
+    EXPECT_EQ(strictInteger("0." + std::string(5000, '0') + "7e5001"), 7);
+    for (const char* json : noIntegers) {
+        const auto error = testing::decodingErrorOf([&] { strictInteger(json); });
+        ASSERT_TRUE(error) << json;
+        EXPECT_EQ(error->keyPath(), "stream_id") << json;
+    }
+    EXPECT_TRUE(testing::decodingErrorOf([] { strictInteger("7." + std::string(5000, '0') + "1"); }));
+}
+
+TEST(StrictInteger, isJudgedAlikeInAListThatIsDecodedWhileItArrives) {
+    for (const auto& [json, integer] : exactIntegers) {
+        const auto rows = testing::decodeInPieces<XtreamLiveStream>(
+            R"([{"stream_id":1},{"name":"a","stream_id":)" + std::string(json) + R"(},{"stream_id":2}])", 3,
+            0);
+        ASSERT_EQ(rows.size(), 3U);
+        EXPECT_EQ(rows[1].streamId, std::stoll(integer)) << json;
+        EXPECT_EQ(rows[1].name, "a");
+    }
+    for (const char* json : noIntegers) {
+        const auto error = testing::decodingErrorOf([&] {
+            testing::decodeInPieces<XtreamLiveStream>(
+                R"([{},{"category_ids":[1,)" + std::string(json) + "]}]", 3);
+        });
+        ASSERT_TRUE(error) << json;
+        EXPECT_EQ(error->row(), 1) << json;
+        EXPECT_EQ(error->keyPath(), "category_ids[1]") << json;
+    }
+}
+
+TEST(FlexibleInt, isJudgedByItsTextAndNotByTheNearestFloat) {
+    for (const auto& [json, integer] : exactIntegers) {
+        EXPECT_EQ(flexibleInteger(json), std::stoll(integer)) << json;
+    }
+    for (const char* json : noIntegers) {
+        EXPECT_EQ(flexibleInteger(json), std::nullopt) << json;
+    }
+}
+
+TEST(FlexibleString, readsTheNearestFloatAlsoBesideAnExactInteger) {
+    const auto rows = decodeReply<std::vector<XtreamVodStream>>(
+        R"([{"num":7.0,"rating":3.00000000000000000001,"rating_5based":9007199254740993.0,"year":7.50}])");
+    EXPECT_EQ(rows.at(0).num, 7);
+    EXPECT_EQ(rows.at(0).rating(), "3");
+    EXPECT_EQ(rows.at(0).ratingFive(), "9007199254740992");
+    EXPECT_EQ(rows.at(0).year(), "7.5");
 }
 
 TEST(StrictInteger, refusesEverythingElse) {

@@ -70,6 +70,24 @@ TEST(XtreamListDecoder, refusesRowsThatAreNoObjects) {
     }
 }
 
+TEST(XtreamListDecoder, raisesAFatalFaultOnlyWhenTheListHasEndedWell) {
+    const testing::FatalFaultTrap trap;
+    const std::string fatal = R"([{"rating":1e300},{"name":"b"})";
+    for (const std::size_t batchBytes : {std::size_t{0}, RowSplitter::defaultBatchBytes}) {
+        const auto decode = [batchBytes](const std::string& json) {
+            decodeInPieces<XtreamVodStream>(json, 5, batchBytes);
+        };
+        EXPECT_THROW(decode(fatal + "]"), testing::FatalFaultRaised);
+        EXPECT_THROW(decode(fatal + "]\n "), testing::FatalFaultRaised);
+        for (const char* end : {"", ",", "}", "] x", R"(,{"num":"7"}])", R"(,{"num":7)", ",{,}]"}) {
+            EXPECT_TRUE(decodingErrorOf([&] { decode(fatal + end); })) << end;
+        }
+    }
+    XtreamListDecoder<XtreamVodStream> unfinished(
+        "get_vod_streams", [](auto&&) {}, 0);
+    EXPECT_NO_THROW(unfinished.feed(fatal + "]"));
+}
+
 TEST(XtreamListDecoder, readsLargeNumbersInABatch) {
     const auto rows =
         decodeInPieces<XtreamVodStream>(R"([{"x":99999999999999999999},{"rating":1e999,"num":1}])", 7);

@@ -43,6 +43,25 @@ Channel builtLike(Channel channel, const Channel& other) {
     return channel;
 }
 
+TEST(Playlist, isTheCallersAndStandsInEveryId) {
+    const auto client = testing::makeClient("http://h");
+    XtreamLiveStream liveRow;
+    liveRow.streamId = 17;
+    liveRow.name = "RTP";
+    XtreamVodStream movieRow;
+    movieRow.streamId = 42;
+    movieRow.name = "Filme";
+    XtreamSeriesItem seriesRow;
+    seriesRow.seriesId = 77;
+    seriesRow.name = "Serie";
+    for (const Channel& item : {client->normalizeLiveStreams({&liveRow, 1}, "other", {}).at(0),
+                                client->normalizeVodStreams({&movieRow, 1}, "other", {}).at(0),
+                                client->normalizeSeriesList({&seriesRow, 1}, "other", {}).at(0)}) {
+        EXPECT_EQ(item.playlistId, "other") << item.id;
+        EXPECT_TRUE(item.id.starts_with("other_")) << item.id;
+    }
+}
+
 TEST(LiveStream, becomesAChannel) {
     XtreamLiveStream row;
     row.num = 3;

@@ -1,5 +1,7 @@
 #include "WireSupport.h"
 
+#include "base/Redaction.h"
+
 namespace ondavia {
 namespace {
 
@@ -84,6 +86,17 @@ TEST(XtreamSeriesInfo, failsForASeasonOrDetailBeforeItsEpisodesCount) {
     EXPECT_THROW(decode("{" + episodes + R"(,"seasons":[]})"), testing::FatalFaultRaised);
 }
 
+TEST(XtreamSeriesInfo, dropsAFatalNumberWithTheEpisodesItStoodIn) {
+    const std::string fatal = R"({"info":{"rating":1e300}})";
+    const testing::FatalFaultTrap trap;
+    for (const std::string& episodes : {R"({"1":[)" + fatal + R"(,{"id":7}]})", "[[" + fatal + "],[null]]"}) {
+        EXPECT_EQ(decode(R"({"episodes":)" + episodes + "}").episodes, std::nullopt) << episodes;
+        EXPECT_THROW(decode(R"({"episodes":{"1":[)" + fatal + R"(]},"episodes":)" + episodes + "}"),
+                     testing::FatalFaultRaised)
+            << episodes;
+    }
+}
+
 TEST(XtreamSeriesInfo, takesTheLastOfARepeatedKey) {
     const auto info = decode(R"({"episodes":{"1":[]},"seasons":[{"id":1},{"id":2}],"seasons":[{"id":3}],
         "episodes":{"2":[]}})");
@@ -96,6 +109,43 @@ TEST(XtreamSeriesInfo, takesANumberForAnEpisodesRatingOnly) {
     const auto info = decode(R"({"episodes":{"1":[{"info":{"rating":8}}]}})");
     EXPECT_EQ(info.episodes.value().at("1").at(0).info.value().rating(), "8");
     EXPECT_EQ(refusal<XtreamSeriesInfo>(R"({"info":{"rating":8}})")->keyPath(), "info.rating");
+}
+
+/// `element` so often that a reply may not hold one more.
+std::string tooMany(const std::string& element) {
+    std::string list = element;
+    for (std::size_t count = 0; count < maximumReplyElements; ++count) {
+        list += "," + element;
+    }
+    return list;
+}
+
+TEST(XtreamSeriesInfo, boundsAKeyOfTheServers) {
+    registerSecret("season-key-4711");
+    const auto keyPath = [](const std::string& key) {
+        const auto error =
+            refusal<XtreamSeriesInfo>(R"({"episodes":{")" + key + R"(":[)" + tooMany("{}") + "]}}");
+        return error ? error->keyPath() : std::string();
+    };
+    EXPECT_EQ(keyPath("1"), "episodes.1");
+    EXPECT_EQ(keyPath(std::string(100'000, 'k')), "episodes." + std::string(40, 'k') + "...");
+    EXPECT_EQ(keyPath(std::string(30, '-') + "season-key-4711" + std::string(30, '-')),
+              "episodes." + std::string(30, '-') + "<redacted>...");
+}
+
+TEST(XtreamSeriesInfo, passesOnTheBoundOnItsElementsInEitherShape) {
+    std::string seasons = R"("0":[])";
+    for (std::size_t season = 1; season <= maximumReplyElements; ++season) {
+        seasons += ",\"" + std::to_string(season) + "\":[]";
+    }
+    for (const std::string& episodes :
+         {R"({"1":[{}],"2":[)" + tooMany("{}") + "]}", "[[" + tooMany("{}") + "]]", "{" + seasons + "}",
+          "[" + tooMany("[]") + "]", "[" + tooMany("null") + "]"}) {
+        const auto error = refusal<XtreamSeriesInfo>(R"({"seasons":[],"episodes":)" + episodes + "}");
+        ASSERT_TRUE(error) << episodes.substr(0, 20);
+        EXPECT_TRUE(error->keyPath().starts_with("episodes")) << error->keyPath();
+        EXPECT_EQ(error->expected(), "reply of at most 250000 list elements");
+    }
 }
 
 } // namespace

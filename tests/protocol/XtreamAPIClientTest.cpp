@@ -1,6 +1,7 @@
 #include "ClientSupport.h"
 
 #include "support/HttpServer.h"
+#include "support/MarkedTexts.h"
 #include "support/TestSupport.h"
 
 #include <QCoreApplication>
@@ -41,9 +42,9 @@ protected:
         body = std::move(text);
         status = code;
     }
-    template<class Row> std::vector<Row> rows(const std::string& action) {
+    template<class Row> std::vector<Row> rows() {
         std::vector<Row> all;
-        const auto count = resultOf(client()->fetchRows<Row>(action, [&](std::vector<Row>&& batch) {
+        const auto count = resultOf(client()->fetchRows<Row>([&](std::vector<Row>&& batch) {
             std::move(batch.begin(), batch.end(), std::back_inserter(all));
         }));
         EXPECT_EQ(count, static_cast<std::int64_t>(all.size()));
@@ -91,6 +92,30 @@ TEST_F(XtreamAPIClientTest, keepsWhatARefusedLogInBrought) {
     EXPECT_EQ(provider->serverInfo().value().port, "80");
 }
 
+TEST_F(XtreamAPIClientTest, keepsWhatTheLastLogInBrought) {
+    answer(R"({"user_info":{"auth":1,"status":"Active"},"server_info":{"port":"80"}})");
+    const auto provider = client();
+    resultOf(provider->authenticate());
+    answer(R"({"user_info":{"auth":0,"status":"Banned"}})");
+    EXPECT_THROW(resultOf(provider->authenticate()), XtreamError);
+    EXPECT_EQ(provider->userInfo().value().status, "Banned");
+    EXPECT_FALSE(provider->serverInfo()) << "nothing of the one before stays";
+    answer(R"({"user_info":{"auth":1,"status":"Trial"},"server_info":{"port":"81"}})");
+    resultOf(provider->authenticate());
+    EXPECT_EQ(provider->userInfo().value().status, "Trial");
+    EXPECT_EQ(provider->serverInfo().value().port, "81");
+}
+
+TEST_F(XtreamAPIClientTest, marksEachAccountWithoutGivingItAway) {
+    const auto mark = [](const char* server, const char* username, const char* password) {
+        return testing::makeClient(server, username, password)->accountMark();
+    };
+    EXPECT_EQ(mark("http://tv.example", "ana", "word"), mark("http://tv.example/", "ana", "word"));
+    EXPECT_NE(mark("http://tv.example", "ana", "word"), mark("http://tv.example", "ana", "other"));
+    EXPECT_NE(mark("http://tv.example", "ana", "word"), mark("http://tv.example", "anaw", "ord"));
+    EXPECT_EQ(mark("http://tv.example", "ana", "word").find("word"), std::string::npos);
+}
+
 TEST_F(XtreamAPIClientTest, letsAnExpiredAccountPass) {
     answer(R"({"user_info":{"auth":1,"status":"Expired","exp_date":"1000"}})");
     EXPECT_EQ(resultOf(client()->authenticate()).userInfo.value().status, "Expired");
@@ -111,7 +136,7 @@ TEST_F(XtreamAPIClientTest, raisesEveryErrorStatusBeforeLookingAtTheBody) {
              {xtreamErrorOf([&] { resultOf(provider->authenticate()); }),
               xtreamErrorOf([&] { resultOf(provider->getSeriesInfo(1)); }),
               xtreamErrorOf([&] { resultOf(provider->getCategories("get_vod_categories")); }),
-              xtreamErrorOf([&] { rows<XtreamVodStream>("get_vod_streams"); })}) {
+              xtreamErrorOf([&] { rows<XtreamVodStream>(); })}) {
             ASSERT_TRUE(error) << code;
             EXPECT_EQ(error->kind(), XtreamError::Case::httpError);
             EXPECT_EQ(error->statusCode(), code);
@@ -124,22 +149,33 @@ TEST_F(XtreamAPIClientTest, takesEveryStatusOfTheTwoHundredsForSuccess) {
     for (const int code : {200, 206, 299}) {
         answer(list, code);
         EXPECT_EQ(resultOf(client()->getCategories("get_vod_categories")).size(), 1U) << code;
-        EXPECT_EQ(rows<XtreamVodStream>("get_vod_streams").size(), 1U) << code;
+        EXPECT_EQ(rows<XtreamVodStream>().size(), 1U) << code;
     }
     // A reply without content: too short for anything but a list.
     answer("", 204);
     EXPECT_TRUE(resultOf(client()->getCategories("get_vod_categories")).empty());
-    EXPECT_TRUE(rows<XtreamVodStream>("get_vod_streams").empty());
+    EXPECT_TRUE(rows<XtreamVodStream>().empty());
     EXPECT_THROW(resultOf(client()->authenticate()), DecodingError);
+}
+
+TEST(XtreamErrorTexts, areLookedUpByTheirKeysOrBuiltHere) {
+    EXPECT_STREQ(XtreamError::invalidURL().what(), "URL invalido");
+    EXPECT_STREQ(XtreamError::authFailed().what(), "Autenticacao falhou");
+    EXPECT_STREQ(XtreamError::expired().what(), "Conta expirada");
+    const testing::MarkedTexts texts{"error.invalidURL", "error.authFailed", "error.accountExpired"};
+    EXPECT_STREQ(XtreamError::invalidURL().what(), "<error.invalidURL>");
+    EXPECT_STREQ(XtreamError::authFailed().what(), "<error.authFailed>");
+    EXPECT_STREQ(XtreamError::expired().what(), "<error.accountExpired>");
+    EXPECT_STREQ(XtreamError::httpError(503).what(), "Erro HTTP 503");
+    EXPECT_STREQ(XtreamError::decodingError(std::runtime_error("row 3")).what(), "Erro de dados: row 3");
 }
 
 TEST_F(XtreamAPIClientTest, raisesInvalidURLForAPasswordWithABlank) {
     const auto provider = client("pass word");
     for (const auto& error :
          {xtreamErrorOf([&] { resultOf(provider->authenticate()); }),
-          xtreamErrorOf([&] { resultOf(provider->getEPGForStream(1)); }), xtreamErrorOf([&] {
-              resultOf(provider->fetchRows<XtreamLiveStream>("get_live_streams", [](auto&&) {}));
-          })}) {
+          xtreamErrorOf([&] { resultOf(provider->getEPGForStream(1)); }),
+          xtreamErrorOf([&] { resultOf(provider->fetchRows<XtreamLiveStream>([](auto&&) {})); })}) {
         ASSERT_TRUE(error);
         EXPECT_EQ(error->kind(), XtreamError::Case::invalidURL);
     }
@@ -156,7 +192,7 @@ TEST_F(XtreamAPIClientTest, passesTransportErrorsOn) {
     http.stop();
     EXPECT_THROW(resultOf(client()->authenticate()), URLError);
     EXPECT_THROW(resultOf(client()->getCategories("get_live_categories")), URLError);
-    EXPECT_THROW(rows<XtreamSeriesItem>("get_series"), URLError);
+    EXPECT_THROW(rows<XtreamSeriesItem>(), URLError);
 }
 
 TEST_F(XtreamAPIClientTest, passesDecodingErrorsOn) {
@@ -164,7 +200,7 @@ TEST_F(XtreamAPIClientTest, passesDecodingErrorsOn) {
     EXPECT_THROW(resultOf(client()->authenticate()), DecodingError);
     EXPECT_THROW(resultOf(client()->getSeriesInfo(1)), DecodingError);
     EXPECT_THROW(resultOf(client()->getEPGForStream(1)), DecodingError);
-    EXPECT_THROW(rows<XtreamLiveStream>("get_live_streams"), DecodingError);
+    EXPECT_THROW(rows<XtreamLiveStream>(), DecodingError);
     try {
         resultOf(client()->getCategories("get_series_categories"));
         ADD_FAILURE();
@@ -198,7 +234,7 @@ TEST_F(XtreamAPIClientTest, takesAShortBodyForAnEmptyListOnly) {
     for (const char* text : {"", "[]", "{}", "null", "<a>"}) {
         answer(text);
         EXPECT_TRUE(resultOf(client()->getCategories("get_live_categories")).empty()) << text;
-        EXPECT_TRUE(rows<XtreamVodStream>("get_vod_streams").empty()) << text;
+        EXPECT_TRUE(rows<XtreamVodStream>().empty()) << text;
     }
     for (const char* text : {"", "[]", "null"}) {
         answer(text);
@@ -212,9 +248,9 @@ TEST_F(XtreamAPIClientTest, takesAShortBodyForAnEmptyListOnly) {
 
 TEST_F(XtreamAPIClientTest, fetchesCategories) {
     answer(R"([{"category_id":"1","category_name":"A"},{"category_id":"2","category_name":"B"}])");
-    const auto categories = resultOf(client()->getCategories("get_live_categories"));
-    ASSERT_EQ(categories.size(), 2U);
-    EXPECT_EQ(categories[1].categoryName, "B");
+    const auto rows = resultOf(client()->getCategories("get_live_categories"));
+    ASSERT_EQ(rows.size(), 2U);
+    EXPECT_EQ(rows[1].categoryName, "B");
     EXPECT_EQ(targets(), Targets{"/player_api.php?username=u&password=p&action=get_live_categories"});
 }
 
@@ -236,8 +272,8 @@ TEST_F(XtreamAPIClientTest, streamsAListInOrder) {
     std::int64_t next = 0;
     int batches = 0;
     const auto provider = client();
-    const auto total = resultOf(
-        provider->fetchRows<XtreamSeriesItem>("get_series", [&](std::vector<XtreamSeriesItem>&& batch) {
+    const auto total =
+        resultOf(provider->fetchRows<XtreamSeriesItem>([&](std::vector<XtreamSeriesItem>&& batch) {
             overlapping = overlapping || running.exchange(true);
             onMainThread = onMainThread || QThread::currentThread() == QCoreApplication::instance()->thread();
             ++batches;
@@ -258,14 +294,14 @@ TEST_F(XtreamAPIClientTest, raisesWhatTheTakerOfRowsThrows) {
     answer(seriesList(10));
     const auto provider = client();
     EXPECT_THROW(resultOf(provider->fetchRows<XtreamSeriesItem>(
-                     "get_series", [](auto&&) { throw std::runtime_error("disk full"); })),
+                     [](auto&&) { throw std::runtime_error("disk full"); })),
                  std::runtime_error);
 }
 
 TEST_F(XtreamAPIClientTest, refusesATruncatedList) {
     const std::string whole = seriesList(5000);
     answer(whole.substr(0, whole.size() - 1));
-    EXPECT_THROW(rows<XtreamSeriesItem>("get_series"), DecodingError);
+    EXPECT_THROW(rows<XtreamSeriesItem>(), DecodingError);
 }
 
 TEST_F(XtreamAPIClientTest, keepsWhatItFetchesSideBySideApart) {
@@ -273,8 +309,7 @@ TEST_F(XtreamAPIClientTest, keepsWhatItFetchesSideBySideApart) {
     const auto provider = client();
     std::atomic_int64_t seen = 0;
     const auto fetchSeries = [&] {
-        return provider->fetchRows<XtreamSeriesItem>("get_series",
-                                                     [&](auto&& batch) { seen += batch.size(); });
+        return provider->fetchRows<XtreamSeriesItem>([&](auto&& batch) { seen += batch.size(); });
     };
     auto first = fetchSeries();
     auto second = fetchSeries();

@@ -1,6 +1,6 @@
 #include "ClientSupport.h"
+#include "WireSupport.h"
 
-#include "base/FatalFault.h"
 #include "support/HttpServer.h"
 
 #include <QCoreApplication>
@@ -61,6 +61,28 @@ TEST(EndlessReply, isRefusedByTheDecodersOwnBound) {
     }
 }
 
+TEST(FatalFault, fallsOnlyWhenTheListAndItsTransferHaveEndedWell) {
+    const testing::FatalFaultTrap trap;
+    const auto fetch = [&](const std::string& list, std::size_t missing) {
+        testing::HttpServer http;
+        http.server.Get(apiPath, [&](const auto&, httplib::Response& response) {
+            response.set_content_provider(list.size() + missing, "application/json",
+                                          [&](std::size_t at, std::size_t, httplib::DataSink& sink) {
+                                              return at < list.size() &&
+                                                     sink.write(list.data() + at, list.size() - at);
+                                          });
+        });
+        http.start();
+        resultOf(testing::makeClient(http.url())->fetchRows<XtreamVodStream>([](auto&&) {}));
+    };
+    const std::string fatal = R"([{"rating":123456789012345678901234567890})";
+    EXPECT_THROW(fetch(fatal + "]", 0), testing::FatalFaultRaised);
+    EXPECT_THROW(fetch(fatal + "]", 10), URLError) << "a list that seems whole, cut in the blanks behind it";
+    EXPECT_THROW(fetch(fatal + ",", 10), URLError);
+    EXPECT_THROW(fetch(fatal, 0), DecodingError);
+    EXPECT_THROW(fetch(fatal + R"(,{"num":"7"}])", 0), DecodingError);
+}
+
 std::atomic<QThread*> decodingThread = nullptr;
 
 TEST(Decoding, staysOffTheMainThread) {
@@ -116,9 +138,9 @@ TEST(SixLists, areFetchedSideBySide) {
     auto liveCategories = client->getCategories("get_live_categories");
     auto vodCategories = client->getCategories("get_vod_categories");
     auto seriesCategories = client->getCategories("get_series_categories");
-    auto lives = client->fetchRows<XtreamLiveStream>("get_live_streams", ignore);
-    auto movies = client->fetchRows<XtreamVodStream>("get_vod_streams", ignore);
-    auto series = client->fetchRows<XtreamSeriesItem>("get_series", ignore);
+    auto lives = client->fetchRows<XtreamLiveStream>(ignore);
+    auto movies = client->fetchRows<XtreamVodStream>(ignore);
+    auto series = client->fetchRows<XtreamSeriesItem>(ignore);
     EXPECT_NO_THROW(resultOf(std::move(liveCategories)));
     EXPECT_NO_THROW(resultOf(std::move(vodCategories)));
     EXPECT_NO_THROW(resultOf(std::move(seriesCategories)));
@@ -176,7 +198,7 @@ TEST_F(RequestTest, hasTheHeadersOfThePlatformAndNoOthers) {
     resultOf(session->data(makeURL(http.url(apiPath)).value()));
     const auto client = testing::makeClient(http.url());
     resultOf(client->getCategories("get_vod_categories"));
-    resultOf(client->fetchRows<XtreamVodStream>("get_vod_streams", [](auto&&) {}));
+    resultOf(client->fetchRows<XtreamVodStream>([](auto&&) {}));
     ASSERT_EQ(requests().size(), 3U);
     const auto plain = sentHeaders(requests()[0]);
     EXPECT_EQ(plain.count("User-Agent"), 1U);
@@ -218,12 +240,12 @@ TEST(CompressedReplies, areInflatedOrRefused) {
     const auto ignore = [](auto&&) {};
 
     compressed = gzipped(R"([{"series_id":1},{"series_id":2}])");
-    EXPECT_EQ(resultOf(client->fetchRows<XtreamSeriesItem>("get_series", ignore)), 2);
+    EXPECT_EQ(resultOf(client->fetchRows<XtreamSeriesItem>(ignore)), 2);
 
     // A bomb: 100 MiB of one string out of some 100 KiB.
     compressed = gzipped("[\"" + std::string(100 << 20, 'x') + "\"]");
     EXPECT_LT(compressed.size(), 1U << 20);
-    EXPECT_THROW(resultOf(client->fetchRows<XtreamSeriesItem>("get_series", ignore)), DecodingError);
+    EXPECT_THROW(resultOf(client->fetchRows<XtreamSeriesItem>(ignore)), DecodingError);
     EXPECT_THROW(resultOf(client->getCategories("get_series_categories")), DecodingError);
 }
 

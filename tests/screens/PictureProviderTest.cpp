@@ -1,6 +1,6 @@
 #include "ScriptedSession.h"
 
-#include "screens/browse/PictureProvider.h"
+#include "screens/pictures/PictureProvider.h"
 #include "support/TestSupport.h"
 
 #include <QBuffer>

@@ -1,6 +1,8 @@
 #pragma once
 
+#include "FakeDevices.h"
 #include "library/CatalogueSummary.h"
+#include "library/LibraryRefresh.h"
 #include "library/NetworkMonitor.h"
 #include "platform/NWPathMonitor.h"
 #include "platform/linux/CurlURLSession.h"
@@ -11,7 +13,7 @@
 #include "screens/Screens.h"
 #include "screens/shell/ContentViewModel.h"
 #include "state/AppState.h"
-#include "state/KeychainService.h"
+#include "state/KeychainQueue.h"
 #include "store/LibraryStore.h"
 #include "support/ManualScheduler.h"
 #include "support/TestSupport.h"
@@ -57,15 +59,17 @@ inline std::vector<CategoryItem> categoryItems(const std::vector<std::string>& n
 /// engine that writes down what it is told, and a clock that stands still.
 class ScreensFixture : public ::testing::Test {
 protected:
-    ScreensFixture()
-        : playerManager(
+    explicit ScreensFixture(std::unique_ptr<SecItemStore> secItems = makeMemoryStore())
+        : items(std::move(secItems))
+        , playerManager(PlayerEnvironment{
               [this](const std::string& url, const FSOptions& options) {
                   journal.push_back("create " + url);
                   auto engine = std::make_shared<FakePlayer>(url, options, journal, notifications);
+                  engine->fakeView().picture = picture;
                   lastEngine = engine;
                   return engine;
               },
-              notifications, scheduler, audio) {}
+              notifications, scheduler, audio, makeCurlURLSession, nowPlaying, commands}) {}
 
     void fill(const std::vector<Channel>& channels) {
         for (const Channel& channel : channels) {
@@ -80,6 +84,9 @@ protected:
                 .store = *store,
                 .catalogue = catalogue,
                 .playerManager = playerManager,
+                .audioSession = audio,
+                .systemVolume = systemVolume,
+                .screenBrightness = screenBrightness,
                 .defaults = defaults,
                 .keychain = keychain,
                 .makeSession = makeCurlURLSession,
@@ -92,25 +99,33 @@ protected:
     TemporaryFolder folder;
     Journal journal;
     NotificationCenter notifications;
+    MPNowPlayingInfoCenter nowPlaying;
+    MPRemoteCommandCenter commands;
     ManualScheduler scheduler;
     FakeAudioSession audio{journal};
+    FakeSystemVolume systemVolume{audio};
+    FakeScreenBrightness screenBrightness;
     std::weak_ptr<FakePlayer> lastEngine;
+    /// What the next engine shows. Not owned.
+    QQuickItem* picture = nullptr;
     JsonUserDefaults defaults{folder.path() / "settings.json"};
-    std::unique_ptr<SecItemStore> items = makeMemoryStore();
+    std::unique_ptr<SecItemStore> items;
     std::unique_ptr<LibraryStore> store = LibraryStore::open(folder.path() / "store");
     CatalogueSummary catalogue{*store};
     NetworkMonitor network{std::make_unique<SteadyPath>()};
     PlayerManager playerManager;
     KeychainService keychain{*items, defaults};
-    AppState appState{keychain, playerManager, makeCurlURLSession};
-    GuideWorkers guideWorkers;
-    ContentViewModel content{{.store = *store,
-                              .catalogue = catalogue,
-                              .appState = appState,
-                              .defaults = defaults,
-                              .network = network,
-                              .scheduler = scheduler},
-                             {*store, makeCurlURLSession, folder.path() / "cache", guideWorkers}};
+    KeychainQueue keychainQueue{keychain, scheduler};
+    AppState appState{keychainQueue, playerManager, makeCurlURLSession};
+    CountedThreads guideWorkers;
+    LibraryRefresh refresh{{.store = *store,
+                            .catalogue = catalogue,
+                            .appState = appState,
+                            .defaults = defaults,
+                            .network = network,
+                            .scheduler = scheduler},
+                           {*store, makeCurlURLSession, folder.path() / "cache", guideWorkers}};
+    ContentViewModel content{appState, refresh};
 };
 
 } // namespace ondavia::testing

@@ -8,8 +8,8 @@ namespace {
 TEST_F(ScreensTest, LoadWithoutAWarning) {
     show();
     EXPECT_THAT(messages, ::testing::IsEmpty());
-    for (int tab = 0; tab < 5; ++tab) {
-        models->content()->setSelectedTab(tab);
+    for (const AppTab tab : allAppTabs) {
+        appState.setSelectedTab(tab);
         settle();
     }
     window->resize(412, 892);

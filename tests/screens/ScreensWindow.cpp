@@ -38,7 +38,15 @@ QString accessibleName(const QObject& item) {
     return interface != nullptr ? interface->text(QAccessible::Name) : QString();
 }
 
-ScreensTest::ScreensTest() = default;
+void giveKeyboard(QWindow& window) {
+    ASSERT_TRUE(waitUntil([&window] { return window.isExposed(); }));
+    window.requestActivate();
+    ASSERT_TRUE(waitUntil([&window] { return window.isActive(); }));
+    drainEvents();
+}
+
+ScreensTest::ScreensTest(std::unique_ptr<SecItemStore> secItems)
+    : ScreensFixture(std::move(secItems)) {}
 
 ScreensTest::~ScreensTest() {
     installMessages(nullptr);
@@ -52,16 +60,48 @@ void ScreensTest::show(int width, int height, const std::string& language) {
     window = &screens->window();
     models = &screens->models();
     window->resize(width, height);
-    ASSERT_TRUE(QTest::qWaitForWindowExposed(window));
-    window->requestActivate();
-    drainEvents();
+    giveKeyboard(*window);
     settle();
 }
 
 void ScreensTest::settle() {
+    constexpr int longestMovement = 400;
+    constexpr int rest = 200;
+    constexpr int looks = 10;
     QElapsedTimer time;
     time.start();
-    waitUntil([&] { return time.elapsed() > 400; });
+    waitUntil([&] { return time.elapsed() > longestMovement; });
+    // A slow machine is late with what moves lists and pages.
+    std::vector<QPointF> places;
+    int same = 0;
+    EXPECT_TRUE(waitUntil([&] {
+        std::vector<QPointF> now = scrolledPlaces();
+        same = now == places && !isChangingPages() ? same + 1 : 0;
+        if (same == 0) {
+            places = std::move(now);
+            time.restart();
+        }
+        return same >= looks && time.elapsed() > rest;
+    }));
+}
+
+/// Where every list and page is scrolled to.
+std::vector<QPointF> ScreensTest::scrolledPlaces() {
+    std::vector<QPointF> places;
+    collect(*window->contentItem(), [&places](QQuickItem& item) {
+        if (item.inherits("QQuickFlickable")) {
+            places.emplace_back(item.property("contentX").toReal(), item.property("contentY").toReal());
+        }
+    });
+    return places;
+}
+
+bool ScreensTest::isChangingPages() {
+    bool changes = false;
+    collect(*window->contentItem(), [&changes](QQuickItem& item) {
+        changes = changes || (item.inherits("QQuickStackView") && item.property("busy").toBool());
+    });
+    return changes;
 }
 
 void ScreensTest::shoot(const std::string& name) {

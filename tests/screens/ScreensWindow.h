@@ -18,11 +18,14 @@ void collect(QQuickItem& item, const std::function<void(QQuickItem&)>& visit);
 /// What an assistive program would call the item.
 [[nodiscard]] QString accessibleName(const QObject& item);
 
+/// Waits until the shown window has the keyboard: before that, keys reach no shortcut of it.
+void giveKeyboard(QWindow& window);
+
 /// The whole interface in a window, under whatever display there is. With ONDAVIA_SHOTS set to a folder,
 /// `shoot` leaves a picture there.
 class ScreensTest : public ScreensFixture {
 protected:
-    ScreensTest();
+    explicit ScreensTest(std::unique_ptr<SecItemStore> secItems = makeMemoryStore());
     ~ScreensTest() override;
 
     void TearDown() override { EXPECT_THAT(messages, ::testing::IsEmpty()); }
@@ -30,6 +33,8 @@ protected:
     void show(int width = 1280, int height = 800, const std::string& language = "pt");
     /// Lets every movement of the interface end.
     void settle();
+    [[nodiscard]] std::vector<QPointF> scrolledPlaces();
+    [[nodiscard]] bool isChangingPages();
     void shoot(const std::string& name);
     void press(Qt::Key key) {
         QTest::keyClick(window, key);

@@ -18,7 +18,10 @@ public:
     QCoro::Task<URLResponse> data(QUrl /*url*/, std::vector<Header> /*headers*/) override {
         co_return URLResponse();
     }
-    QCoro::Task<void> stream(QUrl /*url*/, std::shared_ptr<URLBodyReader> /*reader*/) override { co_return; }
+    QCoro::Task<void> stream(QUrl /*url*/, std::shared_ptr<URLBodyReader> /*reader*/,
+                             std::vector<Header> /*headers*/) override {
+        co_return;
+    }
     URLResponse fetch(const QUrl& url, std::size_t maximumBody, const std::atomic_bool& stop) override {
         {
             const std::lock_guard lock(m_mutex);
@@ -31,7 +34,7 @@ public:
         }
         --underWay;
         if (neverAnswers || fails) {
-            throw URLError(7, "TEST", "no route");
+            throw URLError(URLError::Kind::Unreachable, "no route");
         }
         return response;
     }

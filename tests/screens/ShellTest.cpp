@@ -1,6 +1,6 @@
 #include "ScreensFixture.h"
 #include "screens/home/HomeViewModel.h"
-#include "screens/shell/OrientationLock.h"
+#include "screens/player/OrientationLock.h"
 #include "screens/shell/ToastTimer.h"
 
 #include <QQuickWindow>
@@ -62,7 +62,9 @@ TEST_F(ToastTest, OneWithoutATextIsThereAndGoesToo) {
 
 class HomeTest : public ScreensFixture {
 protected:
-    HomeViewModel model{appState};
+    int added = 0;
+    int loaded = 0;
+    HomeViewModel model{appState, {.addProvider = [this] { ++added; }, .load = [this] { ++loaded; }}};
 };
 
 TEST_F(HomeTest, WelcomesByWhatThereIs) {
@@ -71,9 +73,28 @@ TEST_F(HomeTest, WelcomesByWhatThereIs) {
     appState.saveCredentials("http://tv.example", "ana", "word");
     EXPECT_TRUE(model.hasAccount());
     EXPECT_FALSE(model.hasCatalogue());
+    EXPECT_TRUE(model.lacksCatalogue());
+    EXPECT_EQ(model.title(), QStringLiteral("O catálogo ainda está vazio"));
+    appState.setIsLoading(true);
+    EXPECT_FALSE(model.lacksCatalogue()) << "nothing has failed while it is on its way";
+    EXPECT_EQ(model.title(), QStringLiteral("O que vamos ver hoje?"));
+    appState.setIsLoading(false);
     appState.setTotalMovies(3);
     EXPECT_TRUE(model.hasCatalogue());
     EXPECT_EQ(model.totals(), (QStringList{QStringLiteral("0"), QStringLiteral("3"), QStringLiteral("0")}));
+}
+
+TEST_F(HomeTest, LeadsToTheTabsTheSignInStepAndTheLoad) {
+    model.openLive();
+    EXPECT_EQ(appState.selectedTab(), AppTab::live);
+    model.openMovies();
+    EXPECT_EQ(appState.selectedTab(), AppTab::movies);
+    model.openSeries();
+    EXPECT_EQ(appState.selectedTab(), AppTab::series);
+    model.addProvider();
+    model.load();
+    EXPECT_EQ(added, 1);
+    EXPECT_EQ(loaded, 1);
 }
 
 TEST(OrientationLock, AllowsAllFourAtStartAndReportsTheMaskUntilTheNextSet) {

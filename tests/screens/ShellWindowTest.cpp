@@ -1,9 +1,12 @@
 #include "ScreensWindow.h"
 
+#include "support/HttpServer.h"
+
 #include <QColor>
 
 #include <cmath>
 #include <cstdlib>
+#include <future>
 
 namespace ondavia::testing {
 namespace {
@@ -125,11 +128,83 @@ TEST_F(ScreensTest, SigningInStartsTheLoadBehindTheOverlay) {
     QObject::connect(&appState, &AppState::isLoadingChanged, window,
                      [&] { loading.push_back(appState.isLoading()); });
     models->signIn()->signIn();
+    ASSERT_TRUE(waitUntil([this] { return models->signIn()->canSaveAnyway(); }));
+    models->signIn()->saveAnyway();
     EXPECT_TRUE(appState.hasCredentials());
     EXPECT_TRUE(waitUntil([&] { return loading == std::vector{true, false}; })) << loading.size();
     EXPECT_EQ(appState.toastMessage(), "Erro ao carregar conteúdo. Verifica a tua ligação.")
         << "nobody answers at that address";
 }
+
+class FirstLoadTest : public ScreensTest, public ::testing::WithParamInterface<QSize> {
+protected:
+    /// An account whose provider takes the question and is silent until `answer`.
+    void showBeforeSilentProvider() {
+        server.server.Get(".*",
+                          [gate = m_answered](const httplib::Request&, httplib::Response&) { gate.wait(); });
+        server.start();
+        appState.saveCredentials(server.url(), "ana", "palavra");
+        show(GetParam().width(), GetParam().height());
+        ASSERT_TRUE(appState.isLoading());
+        scheduler.advance(4.9);
+        settle();
+        EXPECT_EQ(find(leave), nullptr);
+        press(Qt::Key_Escape);
+        EXPECT_TRUE(appState.isLoading()) << "a wait this short is not left";
+        scheduler.advance(0.2);
+        settle();
+    }
+    void answer() {
+        m_answer.set_value();
+        EXPECT_TRUE(waitForTransfers(std::chrono::minutes(1)));
+        drainEvents();
+        EXPECT_FALSE(appState.toastMessage()) << "nobody asked for this any more";
+    }
+    void expectHomeOffersToTryAgain() {
+        settle();
+        EXPECT_FALSE(appState.isLoading());
+        EXPECT_NE(find(QStringLiteral("Tentar novamente")), nullptr);
+        EXPECT_NE(find(QStringLiteral("O catálogo ainda está vazio")), nullptr);
+        EXPECT_EQ(focusName(), "Tentar novamente");
+    }
+
+    const QString leave = QStringLiteral("Cancelar");
+    HttpServer server;
+
+private:
+    std::promise<void> m_answer;
+    std::shared_future<void> m_answered = m_answer.get_future().share();
+};
+
+TEST_P(FirstLoadTest, CanBeLeftByTheButtonThatHasTheFocus) {
+    showBeforeSilentProvider();
+    ASSERT_NE(find(leave), nullptr);
+    EXPECT_EQ(focusName(), leave.toStdString());
+    shoot("loading-leave");
+    press(Qt::Key_Return);
+    expectHomeOffersToTryAgain();
+    shoot("home-left");
+    answer();
+}
+
+TEST_P(FirstLoadTest, CanBeLeftByEscape) {
+    showBeforeSilentProvider();
+    press(Qt::Key_Escape);
+    expectHomeOffersToTryAgain();
+    EXPECT_EQ(find(QStringLiteral("Sair da Ondavia?")), nullptr);
+    answer();
+}
+
+TEST_P(FirstLoadTest, TheEscapeThatLeavesItDoesNoMore) {
+    appState.setSelectedTab(AppTab::movies);
+    showBeforeSilentProvider();
+    press(Qt::Key_Escape);
+    EXPECT_FALSE(appState.isLoading());
+    EXPECT_EQ(appState.selectedTab(), AppTab::movies);
+    answer();
+}
+
+INSTANTIATE_TEST_SUITE_P(Sizes, FirstLoadTest, ::testing::Values(QSize(1280, 800), QSize(412, 892)));
 
 } // namespace
 } // namespace ondavia::testing

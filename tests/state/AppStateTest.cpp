@@ -176,6 +176,20 @@ TEST_F(AppStateTest, LogoutLeavesTheRestAlone) {
     EXPECT_EQ(defaults.dateForKey("ondavia_last_sync"), expiry);
 }
 
+TEST_F(AppStateTest, AnAccountThatComesAndGoesIsNoLineOfTheLog) {
+    const LogCapture log;
+    defaults.setString("ondavia_server", "http://old.example");
+    defaults.setString("ondavia_username", "ana");
+    defaults.setString("ondavia_password", "secret");
+    const auto state = startState();
+    state->saveCredentials("http://tv.example", "ana", "secret");
+    EXPECT_NE(state->makeXtreamClient(), nullptr);
+    state->logout();
+    state->logout();
+    EXPECT_EQ(startState()->makeXtreamClient(), nullptr);
+    EXPECT_EQ(log.text(), "");
+}
+
 TEST_F(AppStateTest, TheLastToastWins) {
     const auto state = startState();
     state->showToast("one", ToastType::error);

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "SyncFixture.h"
+#include "library/LibraryRefresh.h"
 #include "screens/shell/ContentViewModel.h"
 
 namespace ondavia::testing {
@@ -24,7 +25,7 @@ protected:
 
     GuideEnvironment guide() { return {*store, makeCurlURLSession, folder.path() / "cache", guideWorkers}; }
 
-    void load() { resultOf(content.loadContent()); }
+    void load() { resultOf(refresh.loadContent()); }
     /// Stored rows of all kinds, as a synchronisation `age` ago has left them, and a guide of this minute.
     void cacheCatalogue(std::chrono::microseconds age = std::chrono::minutes(1)) {
         storeEarlierCatalogue();
@@ -49,7 +50,8 @@ protected:
         load();
         scheduler.runPending();
         const Date before = *defaults.dateForKey(lastSync);
-        if (!waitUntil([this] { return logsIn(); }, std::chrono::milliseconds(300))) {
+        // A refresh begins with a request, at once.
+        if (waitForTransfers(std::chrono::milliseconds(0)) && !logsIn()) {
             return false;
         }
         EXPECT_TRUE(waitUntil([&] { return defaults.dateForKey(lastSync) != before || before == now; }));
@@ -58,8 +60,9 @@ protected:
     }
 
     Date now{std::chrono::seconds(1'700'000'000)};
-    GuideWorkers guideWorkers;
-    ContentViewModel content{environment(), guide(), [this] { return now; }};
+    CountedThreads guideWorkers;
+    LibraryRefresh refresh{environment(), guide(), [this] { return now; }};
+    ContentViewModel content{appState, refresh};
 };
 
 } // namespace ondavia::testing

@@ -54,14 +54,14 @@ TEST_F(ContentViewModelTest, AnIncompleteAccountLowersTheOverlay) {
 TEST_F(ContentViewModelTest, ASyncWithoutOverlayLeavesItAlone) {
     scriptSmallCatalogue();
     appState.setIsLoading(true);
-    resultOf(content.performSync(false));
+    resultOf(refresh.performSync(false));
     EXPECT_TRUE(appState.isLoading());
     provider.script("", {failure()});
-    resultOf(content.performSync(false));
+    resultOf(refresh.performSync(false));
     EXPECT_TRUE(appState.isLoading());
     EXPECT_EQ(appState.toastMessage(), loadError);
     appState.setPassword({});
-    resultOf(content.performSync(false));
+    resultOf(refresh.performSync(false));
     EXPECT_TRUE(appState.isLoading());
 }
 
@@ -92,7 +92,7 @@ TEST_P(FailedLogInTest, OverACachedCatalogueShowsNothing) {
     scheduler.runPending();
     ASSERT_TRUE(waitUntil([&] { return logsIn(); }));
     // Once more, to have its end.
-    resultOf(content.backgroundSync());
+    resultOf(refresh.backgroundSync());
     EXPECT_THAT(journal.lines, IsEmpty());
     EXPECT_EQ(appState.totalMovies(), 2);
     EXPECT_EQ(defaults.dateForKey(lastSync), now - 4 * 24h) << "the next start tries again";
@@ -106,6 +106,50 @@ INSTANTIATE_TEST_SUITE_P(LogIn, FailedLogInTest,
                                            FailedLogIn{"NoJSON", body("<html>")},
                                            FailedLogIn{"Cut", cutShort(logInReply("null"))}),
                          [](const auto& test) { return std::string(test.param.name); });
+
+TEST_F(ContentViewModelTest, TheTimeOfASynchronisationIsThatOfItsEnd) {
+    scriptSmallCatalogue();
+    QObject::connect(&appState, &AppState::loadingMessageChanged, &appState, [this] { now += 1min; });
+    resultOf(refresh.performSync(false));
+    EXPECT_EQ(defaults.dateForKey(lastSync), now);
+    now += 1min;
+    resultOf(refresh.backgroundSync());
+    EXPECT_EQ(defaults.dateForKey(lastSync), now);
+}
+
+TEST_F(ContentViewModelTest, AnAccountThatIsNotAcceptedIsToldAndLeavesTheFactsAlone) {
+    appState.setMaxConnections(9);
+    XtreamAuthResponse reply;
+    EXPECT_FALSE(refresh.takeAccount(reply));
+    EXPECT_EQ(appState.toastMessage(), "Conta expirada ou invalida");
+    EXPECT_EQ(appState.toastType(), ToastType::error);
+    appState.setToastMessage(std::nullopt);
+    reply.userInfo.emplace();
+    EXPECT_FALSE(refresh.takeAccount(reply)) << "no word of acceptance";
+    reply.userInfo->auth = 0;
+    EXPECT_FALSE(refresh.takeAccount(reply));
+    EXPECT_EQ(appState.toastMessage(), "Conta expirada ou invalida");
+    EXPECT_EQ(appState.maxConnections(), 9);
+    appState.setToastMessage(std::nullopt);
+    reply.userInfo->auth = 1;
+    EXPECT_TRUE(refresh.takeAccount(reply));
+    EXPECT_FALSE(appState.toastMessage());
+    EXPECT_EQ(appState.maxConnections(), 1);
+}
+
+TEST_F(ContentViewModelTest, AnAccountThatTheKeyringBringsLaterIsLoadedOnceTheViewIsThere) {
+    scriptSmallCatalogue();
+    Q_EMIT appState.storedAccountCame();
+    EXPECT_FALSE(appState.isLoading()) << "nobody looks yet";
+    appState.setHasCredentials(false);
+    content.start();
+    EXPECT_FALSE(appState.isLoading());
+    appState.setHasCredentials(true);
+    Q_EMIT appState.storedAccountCame();
+    EXPECT_TRUE(appState.isLoading());
+    EXPECT_TRUE(waitUntil([&] { return !appState.isLoading(); }));
+    EXPECT_EQ(appState.totalMovies(), 2);
+}
 
 TEST_F(ContentViewModelTest, AnUnreachableServerShowsTheToastAfterTheOverlay) {
     appState.saveCredentials("http://127.0.0.1:1", "ana", "word");
@@ -125,7 +169,7 @@ TEST_F(ContentViewModelTest, AConnectionLostAfterTheLogInWithoutRowsShowsTheLoad
 TEST_F(ContentViewModelTest, AConnectionLostAfterTheLogInWithRowsUsesThemAndStampsTheTime) {
     cacheCatalogue(4 * 24h);
     goOffline();
-    resultOf(content.backgroundSync());
+    resultOf(refresh.backgroundSync());
     EXPECT_EQ(appState.toastMessage(), "Sem internet — a usar dados em cache");
     EXPECT_EQ(appState.toastType(), ToastType::warning);
     EXPECT_EQ(appState.totalMovies(), 2);
@@ -150,7 +194,7 @@ TEST_F(ContentViewModelTest, TheAccountsFactsHoldThoughTheSynchronisationThenFai
 
 TEST_F(ContentViewModelTest, EmptyListsInTheBackgroundKeepTheOldTime) {
     cacheCatalogue(4 * 24h);
-    resultOf(content.backgroundSync());
+    resultOf(refresh.backgroundSync());
     EXPECT_EQ(defaults.dateForKey(lastSync), now - 4 * 24h);
     EXPECT_NE(appState.toastMessage(), loadError);
     EXPECT_THAT(storedNames(), ::testing::Contains("Old A"));
@@ -236,7 +280,7 @@ TEST_F(ContentViewModelTest, ABackgroundRefreshLeavesTheAccountsFactsAlone) {
     cacheCatalogue(4 * 24h);
     scriptSmallCatalogue();
     provider.script("", {body(logInReply(R"("1800000000")", R"("7")"))});
-    resultOf(content.backgroundSync());
+    resultOf(refresh.backgroundSync());
     EXPECT_EQ(defaults.dateForKey(lastSync), now);
     EXPECT_FALSE(appState.expirationDate());
     EXPECT_EQ(appState.maxConnections(), 1);
@@ -244,7 +288,7 @@ TEST_F(ContentViewModelTest, ABackgroundRefreshLeavesTheAccountsFactsAlone) {
 
 TEST_F(ContentViewModelTest, ABackgroundRefreshWithoutAnAccountDoesNothing) {
     appState.setServer({});
-    resultOf(content.backgroundSync());
+    resultOf(refresh.backgroundSync());
     EXPECT_THAT(journal.lines, IsEmpty());
     EXPECT_FALSE(defaults.dateForKey(lastSync));
 }
@@ -252,7 +296,7 @@ TEST_F(ContentViewModelTest, ABackgroundRefreshWithoutAnAccountDoesNothing) {
 TEST_F(ContentViewModelTest, ARefreshThatIsDueDoesNotOutliveTheView) {
     cacheCatalogue(4 * 24h);
     {
-        ContentViewModel shortLived(environment(), guide(), [this] { return now; });
+        LibraryRefresh shortLived(environment(), guide(), [this] { return now; });
         resultOf(shortLived.loadContent());
     }
     scheduler.runPending();
@@ -330,39 +374,6 @@ TEST(OrderedCategories, FollowTheSavedOrderAndLeaveOutWhatItDoesNotHold) {
     EXPECT_THAT(orderedCategories({"A", "B", "Sem Categoria"}, std::vector<std::string>{"B", "gone", "A"}),
                 ElementsAre(CategoryItem{"B", "B", 0}, CategoryItem{"A", "A", 0}));
     EXPECT_THAT(orderedCategories({"A"}, std::vector<std::string>{}), IsEmpty());
-}
-
-TEST_F(ContentViewModelTest, AnItemChosenOverTheMiniPlayerIsTheOnlyOnePresented) {
-    Channel first;
-    first.id = "first";
-    Channel second;
-    second.id = "second";
-    appState.playChannel(first);
-    appState.setShowMiniPlayer(true);
-    drainEvents();
-    std::vector<std::string> presented;
-    QObject::connect(&content, &ContentViewModel::presentsPlayerChanged, &content, [&] {
-        presented.push_back(content.presentsPlayer() ? appState.currentChannel()->id : "none");
-    });
-    appState.playChannel(second);
-    drainEvents();
-    EXPECT_THAT(presented, ::testing::Each("second"));
-    EXPECT_FALSE(presented.empty());
-}
-
-TEST_F(ContentViewModelTest, ShrinkingLowersThePlayerAndItsDismissalChangesNothing) {
-    Channel channel;
-    channel.id = "first";
-    appState.playChannel(channel);
-    EXPECT_TRUE(content.presentsPlayer());
-    appState.setShowMiniPlayer(true);
-    EXPECT_FALSE(content.presentsPlayer());
-    content.playerDismissed();
-    EXPECT_TRUE(appState.isPlaying());
-    appState.setShowMiniPlayer(false);
-    content.playerDismissed();
-    EXPECT_FALSE(appState.isPlaying());
-    EXPECT_FALSE(appState.currentChannel());
 }
 
 } // namespace

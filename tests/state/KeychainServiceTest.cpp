@@ -1,7 +1,9 @@
 #include "state/KeychainService.h"
+#include "base/Redaction.h"
 #include "platform/linux/JsonUserDefaults.h"
 #include "platform/linux/SecItemStores.h"
 #include "state/AppState.h"
+#include "support/FullDisk.h"
 #include "support/TestSupport.h"
 
 #include "StateFixture.h"
@@ -22,6 +24,9 @@ public:
     OSStatus SecItemAdd(const SecItemQuery& item, const std::string& data) override {
         calls.push_back("add " + item.service + " " + item.account);
         added = data;
+        if (onAdd) {
+            onAdd();
+        }
         return addStatus;
     }
     std::optional<std::string> SecItemCopyMatching(const SecItemQuery&, OSStatus& status) override {
@@ -32,8 +37,10 @@ public:
         calls.push_back("delete " + item.service + " " + item.account);
         return deleteStatus;
     }
+    OSStatus changeTogether(const std::function<OSStatus()>& changes) override { return changes(); }
     bool remembers() const override { return false; }
 
+    std::function<void()> onAdd;
     OSStatus addStatus = errSecSuccess;
     OSStatus copyStatus = errSecItemNotFound;
     OSStatus deleteStatus = errSecSuccess;
@@ -54,6 +61,7 @@ protected:
     LogCapture log;
     ScriptedItems scripted;
     KeychainService failing{scripted, defaults};
+    KeychainQueue failingQueue{failing, scheduler};
 };
 
 TEST_F(KeychainServiceTest, NamesServiceAndKeys) {
@@ -61,6 +69,17 @@ TEST_F(KeychainServiceTest, NamesServiceAndKeys) {
     EXPECT_STREQ(server, "ondavia_server");
     EXPECT_STREQ(username, "ondavia_username");
     EXPECT_STREQ(password, "ondavia_password");
+}
+
+TEST_F(KeychainServiceTest, WhatItHandsOutOrKeepsIsMaskedFromThenOn) {
+    ASSERT_TRUE(keychain.set("http://h", server));
+    ASSERT_TRUE(keychain.set("loaded-user", username));
+    ASSERT_TRUE(keychain.set("loaded-pass", password));
+    ASSERT_TRUE(keychain.loadCredentials());
+    EXPECT_EQ(maskSecrets("loaded-user:loaded-pass"), "<redacted>:<redacted>");
+    scripted.addStatus = -25291;
+    EXPECT_FALSE(failing.saveCredentials({"http://h", "kept-user", "kept-pass"}));
+    EXPECT_EQ(maskSecrets("kept-user:kept-pass"), "<redacted>:<redacted>");
 }
 
 TEST_F(KeychainServiceTest, ASecondValueReplacesTheFirst) {
@@ -173,9 +192,89 @@ TEST_F(KeychainServiceTest, AMigrationThatCannotWriteStillEmptiesTheSettings) {
     EXPECT_EQ(errors().size(), 3U);
 }
 
+TEST_F(KeychainServiceTest, MovesServerUserNameAndPasswordInThisOrderBeforeTheSettingsForgetThem) {
+    storeInSettings({server, username, password});
+    std::vector<std::string> moved;
+    scripted.onAdd = [&] {
+        for (const char* key : {server, username, password}) {
+            EXPECT_TRUE(defaults.stringForKey(key)) << key;
+        }
+        moved.push_back(*scripted.added);
+    };
+    failing.migrateFromUserDefaultsIfNeeded();
+    EXPECT_THAT(moved, ElementsAre("settings ondavia_server", "settings ondavia_username",
+                                   "settings ondavia_password"));
+    EXPECT_FALSE(defaults.stringForKey(password));
+}
+
+TEST_F(KeychainServiceTest, LoggingOutDeletesServerUserNameAndPasswordInThisOrder) {
+    AppState state(failingQueue, *manager, makeCurlURLSession);
+    scripted.calls.clear();
+    state.logout();
+    EXPECT_THAT(scripted.calls, ElementsAre("delete com.ondavia.app ondavia_server",
+                                            "delete com.ondavia.app ondavia_username",
+                                            "delete com.ondavia.app ondavia_password"));
+}
+
+TEST_F(KeychainServiceTest, APartThatCannotBeDeletedKeepsNoOther) {
+    scripted.deleteStatus = -50;
+    EXPECT_FALSE(failing.removeCredentials());
+    EXPECT_EQ(scripted.calls.size(), 3U);
+    EXPECT_EQ(errors().size(), 3U);
+}
+
+TEST_F(KeychainServiceTest, ARefusedPartKeepsTheAccountOfBeforeAsAWhole) {
+    ASSERT_TRUE(keychain.saveCredentials({"http://old.example", "ana", "secret"}));
+    EXPECT_FALSE(keychain.saveCredentials({"http://new.example", "eva", "\xFF"}));
+    EXPECT_EQ(keychain.loadCredentials(), (Credentials{"http://old.example", "ana", "secret"}));
+}
+
+class FullVaultTest : public KeychainServiceTest {
+protected:
+    void SetUp() override {
+        KeychainServiceTest::SetUp();
+        if (!disk.isMounted()) {
+            GTEST_SKIP() << SmallFilesystem::whyNotMounted;
+        }
+        ASSERT_TRUE(onDisk.saveCredentials({"http://old.example", "ana", "secret"}));
+        disk.fill();
+    }
+    /// What the next start finds.
+    std::optional<Credentials> kept() {
+        const auto next = makeFileVault(disk.path());
+        return KeychainService(*next, defaults).loadCredentials();
+    }
+
+    SmallFilesystem disk;
+    std::unique_ptr<SecItemStore> vault = makeFileVault(disk.path());
+    KeychainService onDisk{*vault, defaults};
+};
+
+TEST_F(FullVaultTest, KeepsTheAccountOfBeforeWhereTheNewOneDoesNotFit) {
+    EXPECT_FALSE(onDisk.saveCredentials({"http://new.example", "eva", std::string(20'000, 'x')}));
+    EXPECT_EQ(kept(), (Credentials{"http://old.example", "ana", "secret"}));
+    EXPECT_FALSE(errors().empty());
+    EXPECT_EQ(log.text().find("xxxx"), std::string::npos);
+    disk.makeRoom();
+    EXPECT_TRUE(onDisk.saveCredentials({"http://new.example", "eva", "word"}));
+    EXPECT_EQ(kept(), (Credentials{"http://new.example", "eva", "word"}));
+}
+
+TEST_F(FullVaultTest, KeepsTheValueOfBeforeWhereANewOneDoesNotFit) {
+    EXPECT_FALSE(onDisk.set("other", server));
+    EXPECT_EQ(kept(), (Credentials{"http://old.example", "ana", "secret"}));
+}
+
+TEST_F(FullVaultTest, ForgetsTheAccountAllTheSame) {
+    EXPECT_TRUE(onDisk.removeCredentials());
+    EXPECT_FALSE(kept());
+    EXPECT_TRUE(std::filesystem::exists(disk.path()));
+    EXPECT_FALSE(std::filesystem::exists(disk.path() / "vault.json")) << "the password must not stay";
+}
+
 TEST_F(KeychainServiceTest, TheStateHoldsEvenIfTheStoreRefuses) {
     scripted.addStatus = -25291;
-    AppState state(failing, *manager, makeCurlURLSession);
+    AppState state(failingQueue, *manager, makeCurlURLSession);
     state.saveCredentials("http://tv.example", "ana", "secret");
     EXPECT_TRUE(state.hasCredentials());
     EXPECT_EQ(state.password(), "secret");

@@ -33,7 +33,7 @@ protected:
     /// Loads the guide if that is due; whether it was asked for.
     bool guideIsDue() {
         const int before = provider.requestCount(guideDocument);
-        resultOf(content.loadEPGIfNeeded(client()));
+        resultOf(refresh.loadEPGIfNeeded(client()));
         return provider.requestCount(guideDocument) > before;
     }
     std::vector<std::string> guideTitles() { return titlesOf(store->mainContext().fetch<EPGProgram>()); }
@@ -74,6 +74,14 @@ TEST_F(StartGuideTest, WaitsForARefreshThatIsDueAndIsAskedForOnce) {
     EXPECT_EQ(seriesRequestsBefore, 1);
     EXPECT_EQ(provider.requestCount(guideDocument), 1);
     EXPECT_THAT(guideTitles(), ElementsAre("New"));
+}
+
+TEST_F(StartGuideTest, TheTimeOfALoadIsThatOfItsEnd) {
+    QObject::connect(store.get(), &LibraryStore::changed, store.get(), [this] { now += 5min; });
+    const Date begin = now;
+    EXPECT_TRUE(guideIsDue());
+    EXPECT_EQ(defaults.dateForKey(lastGuideLoad), now);
+    EXPECT_GT(now, begin);
 }
 
 TEST_F(StartGuideTest, WithoutAnAccountAsksForNone) {
@@ -178,7 +186,7 @@ TEST_F(StartGuideTest, FollowsARefreshOfTheCatalogue) {
                         catalogueWasFirst = provider.requestCount("get_series") > 0;
                         reply.set_content(xmltv(programme("<title>New</title>")), "application/xml");
                     }});
-    resultOf(content.backgroundSync());
+    resultOf(refresh.backgroundSync());
     EXPECT_TRUE(catalogueWasFirst);
     EXPECT_EQ(defaults.dateForKey(lastSync), now);
     EXPECT_EQ(defaults.dateForKey(lastGuideLoad), now);
@@ -189,7 +197,7 @@ TEST_F(StartGuideTest, FollowsARefreshThatIsRefused) {
     cacheCatalogue(4 * 24h);
     defaults.removeObjectForKey(lastGuideLoad);
     provider.script("", {failure(401)});
-    resultOf(content.backgroundSync());
+    resultOf(refresh.backgroundSync());
     EXPECT_EQ(defaults.dateForKey(lastSync), now - 4 * 24h);
     EXPECT_EQ(defaults.dateForKey(lastGuideLoad), now);
 }
@@ -197,7 +205,7 @@ TEST_F(StartGuideTest, FollowsARefreshThatIsRefused) {
 TEST_F(StartGuideTest, FollowsARefreshWithEmptyLists) {
     cacheCatalogue(4 * 24h);
     defaults.removeObjectForKey(lastGuideLoad);
-    resultOf(content.backgroundSync());
+    resultOf(refresh.backgroundSync());
     EXPECT_EQ(defaults.dateForKey(lastSync), now - 4 * 24h) << "all lists were empty";
     EXPECT_EQ(defaults.dateForKey(lastGuideLoad), now);
     EXPECT_THAT(guideTitles(), ElementsAre("New"));
@@ -206,7 +214,7 @@ TEST_F(StartGuideTest, FollowsARefreshWithEmptyLists) {
 TEST_F(StartGuideTest, IsNotAskedForByARefreshWhenItIsNotDue) {
     cacheCatalogue(4 * 24h);
     scriptSmallCatalogue();
-    resultOf(content.backgroundSync());
+    resultOf(refresh.backgroundSync());
     EXPECT_EQ(provider.requestCount(guideDocument), 0);
 }
 

@@ -199,6 +199,27 @@ TEST_F(StoreContextTest, AFailedSaveKeepsNothingOfIt) {
     EXPECT_EQ(m_context.count<Favorite>(), 2);
 }
 
+TEST_F(StoreContextTest, WhatIsToBeKeptOfFailedSavesIsWrittenByALaterOneOfItsFile) {
+    insertAndSave(m_context, std::vector{Favorite("main", "a"), Favorite("main", "b")});
+    executeRaw(m_folder.path() / "user.db", "CREATE TRIGGER refuse BEFORE DELETE ON favorite "
+                                            "BEGIN SELECT RAISE(ABORT, 'no'); END");
+    for (const char* id : {"main_a", "main_b"}) {
+        m_context.remove<Favorite>(id);
+        EXPECT_THROW(m_context.save(OnFailure::Keep), StoreError);
+    }
+    // Another file is not held up by it.
+    insertAndSave(m_context, makeChannels(1, 1));
+    m_context.insert(Favorite("main", "dropped"));
+    EXPECT_THROW(m_context.save(), StoreError);
+    EXPECT_EQ(m_context.count<Favorite>(), 2);
+    executeRaw(m_folder.path() / "user.db", "DROP TRIGGER refuse");
+    insertAndSave(m_context, std::vector{Favorite("main", "b"), Favorite("main", "c")});
+    EXPECT_THAT(m_context.distinct(&Favorite::channelId), ElementsAre("b", "c"));
+    m_context.remove<Favorite>("main_c");
+    m_context.save();
+    EXPECT_THAT(m_context.distinct(&Favorite::channelId), ElementsAre("b")) << "each is written once";
+}
+
 #ifndef NDEBUG
 TEST_F(StoreContextTest, UseOnAnotherThreadIsAFault) {
     ::testing::FLAGS_gtest_death_test_style = "threadsafe";

@@ -42,6 +42,8 @@ int modeOf(const fs::path& path) {
 
 TEST_F(StoreOpeningTest, OnlyTheOwnerCanReadFolderAndFiles) {
     const fs::path folder = m_folder.path() / "a" / "b";
+    // Ends with the backup of the day, which would come and go among the files that are looked at.
+    (void)LibraryStore::open(folder);
     const auto store = LibraryStore::open(folder);
     insertAndSave(store->mainContext(), std::vector{Favorite("main", "a")});
     replaceAll(*store, makeChannels(1, 10));
@@ -52,7 +54,7 @@ TEST_F(StoreOpeningTest, OnlyTheOwnerCanReadFolderAndFiles) {
         EXPECT_EQ(modeOf(entry.path()), 0600) << entry.path();
         ++files;
     }
-    EXPECT_GE(files, 6);
+    EXPECT_GE(files, 7);
 }
 
 TEST_F(StoreOpeningTest, TightensTheModeOfAnOldUsersFile) {
@@ -68,7 +70,7 @@ TEST_F(StoreOpeningTest, KeepsEverythingOverAReopening) {
     EXPECT_EQ(store->mainContext().count<Favorite>(), 3);
     EXPECT_EQ(store->mainContext().count<Channel>(), 500);
     EXPECT_EQ(store->mainContext().count<EPGProgram>(), 1);
-    EXPECT_FALSE(store->openReport().damagedUserFile);
+    EXPECT_FALSE(store->openReport().isUserFileRestored);
     EXPECT_THAT(store->openReport().rebuiltFiles, IsEmpty());
     EXPECT_EQ(m_log.text(), "");
 }
@@ -229,12 +231,13 @@ TEST_F(StoreOpeningTest, ADamagedUsersFileIsKeptAside) {
     EXPECT_THAT(kept.filename().string(), ::testing::StartsWith("user.db.damaged-"));
     std::ifstream keptStream(kept, std::ios::binary);
     EXPECT_EQ((std::string{std::istreambuf_iterator<char>(keptStream), {}}), damagedBytes);
-    EXPECT_EQ(store->openReport().salvagedRows, 0);
-    EXPECT_THAT(m_log.text(), HasSubstr("user.db was damaged"));
-    EXPECT_EQ(store->mainContext().count<Favorite>(), 0);
+    EXPECT_EQ(store->openReport().salvagedRows, 3);
+    EXPECT_THAT(m_log.text(), HasSubstr("user.db was damaged and is kept as " + kept.filename().string() +
+                                        "; 3 rows were saved from it"));
+    EXPECT_EQ(store->mainContext().count<Favorite>(), 3);
     EXPECT_EQ(store->mainContext().count<Channel>(), 500);
     insertAndSave(store->mainContext(), std::vector{Favorite("main", "a")});
-    EXPECT_EQ(store->mainContext().count<Favorite>(), 1);
+    EXPECT_EQ(store->mainContext().count<Favorite>(), 4);
 }
 
 TEST_F(StoreOpeningTest, FavouritesThatCanStillBeReadAreSaved) {
@@ -245,7 +248,7 @@ TEST_F(StoreOpeningTest, FavouritesThatCanStillBeReadAreSaved) {
     scribble(file("user.db"), pages / 2 * 4096, 4096);
     const auto store = open();
     ASSERT_TRUE(store->openReport().damagedUserFile);
-    EXPECT_GE(store->mainContext().count<Favorite>(), 1800);
+    EXPECT_EQ(store->mainContext().count<Favorite>(), 2000);
     EXPECT_EQ(store->openReport().salvagedRows, store->mainContext().count<Favorite>());
     EXPECT_FALSE(open()->openReport().damagedUserFile);
 }

@@ -107,6 +107,17 @@ inline void scribble(const std::filesystem::path& file, std::int64_t offset, std
     stream << std::string(count, '\xAB');
 }
 
+/// What a crash would leave of the store in `from`, in a new folder.
+inline void copyStore(const std::filesystem::path& from, const std::filesystem::path& to) {
+    std::filesystem::create_directory(to);
+    for (const auto& entry : std::filesystem::directory_iterator(from)) {
+        if (!entry.is_directory()) {
+            std::filesystem::copy(entry.path(), to / entry.path().filename(),
+                                  std::filesystem::copy_options::copy_symlinks);
+        }
+    }
+}
+
 /// The files of a folder whose names begin with `prefix`.
 inline std::vector<std::string> filesWithPrefix(const std::filesystem::path& folder,
                                                 const std::string& prefix) {

@@ -5,10 +5,16 @@
 #include <QByteArray>
 #include <QDBusConnection>
 #include <QDBusConnectionInterface>
+#include <QDBusMessage>
+#include <QDBusObjectPath>
 #include <QFile>
 #include <QProcess>
 #include <QStringList>
 #include <QTemporaryDir>
+
+#include <csignal>
+#include <filesystem>
+#include <sys/resource.h>
 
 namespace ondavia::testing {
 
@@ -33,6 +39,8 @@ public:
 
     /// Starts a real Secret Service with an unlocked keyring on the bus.
     void startSecretService() {
+        // A write past the limit of `limitKeyringFiles` is to fail, not to end the process.
+        m_keyring.setChildProcessModifier([] { (void)std::signal(SIGXFSZ, SIG_IGN); });
         m_keyring.setProcessChannelMode(QProcess::ForwardedErrorChannel);
         m_keyring.start(QStringLiteral("gnome-keyring-daemon"),
                         {QStringLiteral("--foreground"), QStringLiteral("--components=secrets"),
@@ -47,6 +55,36 @@ public:
             return bus.interface()->isServiceRegistered(QStringLiteral("org.freedesktop.secrets")).value();
         });
         QDBusConnection::disconnectFromBus(name);
+    }
+
+    /// Locks the keyring; there is nobody who could unlock it again.
+    static void lockKeyring() {
+        const QString name = QStringLiteral("lock");
+        const QDBusConnection bus =
+            QDBusConnection::connectToBus(QString::fromUtf8(qgetenv("DBUS_SESSION_BUS_ADDRESS")), name);
+        QDBusMessage call = QDBusMessage::createMethodCall(
+            QStringLiteral("org.freedesktop.secrets"), QStringLiteral("/org/freedesktop/secrets"),
+            QStringLiteral("org.freedesktop.Secret.Service"), QStringLiteral("Lock"));
+        const QDBusObjectPath keyring(QStringLiteral("/org/freedesktop/secrets/aliases/default"));
+        call << QVariant::fromValue(QList<QDBusObjectPath>{keyring});
+        bus.call(call);
+        QDBusConnection::disconnectFromBus(name);
+    }
+
+    /// From now on the keyring fails to write a file that is larger.
+    void limitKeyringFiles(rlim_t bytes) const {
+        const rlimit limit{bytes, RLIM_INFINITY};
+        prlimit(static_cast<pid_t>(m_keyring.processId()), RLIMIT_FSIZE, &limit, nullptr);
+    }
+
+    /// Size of the keyring's largest file.
+    [[nodiscard]] static rlim_t keyringSize() {
+        rlim_t size = 0;
+        const std::filesystem::path home(qEnvironmentVariable("HOME").toStdString());
+        for (const auto& entry : std::filesystem::directory_iterator(home / ".local/share/keyrings")) {
+            size = std::max<rlim_t>(size, entry.file_size());
+        }
+        return size;
     }
 
     ~PrivateBus() {

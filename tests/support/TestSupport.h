@@ -22,7 +22,7 @@ namespace ondavia::testing {
 
 /// Runs the event loop until `condition` holds; false when it does not within `timeout`.
 bool waitUntil(const std::function<bool()>& condition,
-               std::chrono::milliseconds timeout = std::chrono::seconds(20));
+               std::chrono::milliseconds timeout = std::chrono::minutes(2));
 
 /// Runs the event loop until `task` has ended, and returns its result or raises its error. (QCoro's own
 /// waitFor never returns from a task that raises.)

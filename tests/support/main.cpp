@@ -1,3 +1,5 @@
+#include "support/QtThreadOrder.h"
+
 #include <QCoreApplication>
 #include <QTemporaryDir>
 
@@ -14,7 +16,7 @@ int main(int argc, char** argv) {
     for (const char* variable : {"ONDAVIA_DATA_DIR", "ONDAVIA_VAULT", "ONDAVIA_LOG"}) {
         qunsetenv(variable);
     }
-    const QCoreApplication application(argc, argv);
+    const ondavia::testing::OrderedApplication<QCoreApplication> application(argc, argv);
     ::testing::InitGoogleTest(&argc, argv);
     return RUN_ALL_TESTS();
 }

@@ -1,3 +1,5 @@
+#include "support/QtThreadOrder.h"
+
 #include <QGuiApplication>
 #include <QTemporaryDir>
 
@@ -17,7 +19,7 @@ int main(int argc, char** argv) {
                                  "ONDAVIA_DATA_DIR", "ONDAVIA_VAULT", "ONDAVIA_LOG"}) {
         qunsetenv(variable);
     }
-    const QGuiApplication application(argc, argv);
+    const ondavia::testing::OrderedApplication<QGuiApplication> application(argc, argv);
     ::testing::InitGoogleTest(&argc, argv);
     return RUN_ALL_TESTS();
 }

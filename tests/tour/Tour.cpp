@@ -54,6 +54,7 @@ Tour::Tour(QQuickWindow& window, Services& services, QString folder, QString pre
     , m_folder(std::move(folder))
     , m_prefix(std::move(prefix)) {
     m_window.requestActivate();
+    waitFor(QStringLiteral("the keyboard"), [this] { return m_window.isActive(); });
 }
 
 void Tour::signIn(const QString& server, const QString& user, const QString& password) {
@@ -81,6 +82,7 @@ void Tour::browse() {
     showOverlays();
     browseLive();
     browseMovies();
+    watchFilms();
     selectTab(3);
     shoot(QStringLiteral("series"));
     selectTab(4);
@@ -149,9 +151,7 @@ void Tour::watch(const QString& name) {
     if (first == second) {
         throw std::runtime_error("the picture of " + name.toStdString() + " does not move");
     }
-    press(Qt::Key_Escape);
-    waitFor(QStringLiteral("the end of playback"), [this] { return !m_services.appState.isPlaying(); });
-    settle();
+    leavePlayer();
 }
 
 void Tour::shoot(const QString& name) {

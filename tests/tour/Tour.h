@@ -10,7 +10,7 @@ class QQuickItem;
 namespace ondavia {
 
 class Services;
-class ContentViewModel;
+struct Channel;
 
 /// Walks through the running application as a viewer does, with clicks and keys, and writes a PNG of each
 /// screen. Main thread.
@@ -31,6 +31,12 @@ private:
     void browseLive();
     void browseMovies();
     void watch(const QString& name);
+    void watchFilms();
+    void start(const Channel& channel);
+    void showSheet(const QString& name);
+    void showSubtitles(const QString& name);
+    void showWithoutAPicture();
+    void leavePlayer();
     void selectTab(int tab);
     void settle();
     void waitFor(const QString& what, const std::function<bool()>& condition);

@@ -7,12 +7,42 @@
 namespace ondavia {
 namespace {
 
-constexpr const char* errorDomain = "CURL";
 constexpr long maximumRedirects = 16;
 /// What one read takes from the socket at most.
 constexpr long readSize = 256L << 10;
 
 using Clock = std::chrono::steady_clock;
+
+URLError::Kind kindOf(CURLcode code) {
+    using Kind = URLError::Kind;
+    switch (code) {
+    case CURLE_COULDNT_RESOLVE_HOST:
+        return Kind::UnknownHost;
+    case CURLE_COULDNT_CONNECT:
+        return Kind::Unreachable;
+    case CURLE_OPERATION_TIMEDOUT:
+        return Kind::TimedOut;
+    case CURLE_SSL_CONNECT_ERROR:
+        return Kind::NoEncryption;
+    case CURLE_PEER_FAILED_VERIFICATION:
+        return Kind::Untrusted;
+    case CURLE_GOT_NOTHING:
+        return Kind::NoReply;
+    case CURLE_SEND_ERROR:
+    case CURLE_RECV_ERROR:
+        return Kind::BrokenOff;
+    case CURLE_PARTIAL_FILE:
+        return Kind::Cut;
+    case CURLE_TOO_MANY_REDIRECTS:
+        return Kind::TooManyRedirects;
+    default:
+        return Kind::Other;
+    }
+}
+
+URLError errorOf(CURLcode code) {
+    return {kindOf(code), curl_easy_strerror(code)};
+}
 
 /// One for each thread, since it keeps the connection of the last transfer open for the next.
 CURL* handleOfThread() {
@@ -24,10 +54,10 @@ CURL* handleOfThread() {
 
 class Transfer final {
 public:
-    Transfer(const TransferRequest& request, URLBodyReader& reader, const std::atomic_bool& stop)
+    Transfer(const TransferRequest& request, URLBodyReader& reader, const std::function<bool()>& isStopped)
         : m_request(request)
         , m_reader(reader)
-        , m_stop(stop)
+        , m_isStopped(isStopped)
         , m_curl(handleOfThread()) {}
     ~Transfer() { curl_slist_free_all(m_headers); }
     Transfer(const Transfer&) = delete;
@@ -40,7 +70,7 @@ public:
             std::rethrow_exception(m_failure);
         }
         if (code != CURLE_OK) {
-            throw URLError(code, errorDomain, curl_easy_strerror(code));
+            throw errorOf(code);
         }
         beginOnce();
         m_reader.finish();
@@ -54,6 +84,8 @@ private:
     void configure() {
         set(CURLOPT_URL, m_request.url.c_str());
         set(CURLOPT_NOSIGNAL, 1L);
+        // Whoever ends a transfer does not wait for the system's resolver.
+        set(CURLOPT_QUICK_EXIT, 1L);
         set(CURLOPT_USERAGENT, "ondavia/" ONDAVIA_VERSION);
         set(CURLOPT_ACCEPT_ENCODING, "");
         set(CURLOPT_HTTP_VERSION, static_cast<long>(CURL_HTTP_VERSION_2TLS));
@@ -61,7 +93,7 @@ private:
         set(CURLOPT_PROTOCOLS_STR, "http,https");
         set(CURLOPT_FOLLOWLOCATION, 1L);
         set(CURLOPT_MAXREDIRS, maximumRedirects);
-        // A redirect never leads from an encrypted address to a plain one.
+        // What was asked for encrypted never goes on in the clear; the first address decides.
         set(CURLOPT_REDIR_PROTOCOLS_STR, m_request.url.starts_with("https:") ? "https" : "http,https");
         set(CURLOPT_TIMEOUT_MS, static_cast<long>(m_request.configuration.resourceTimeout * 1000));
         set(CURLOPT_WRITEFUNCTION, &Transfer::receive);
@@ -85,9 +117,8 @@ private:
             beginOnce();
             m_received += bytes.size();
             if (m_received > m_request.maximumBody) {
-                throw URLError(CURLE_FILESIZE_EXCEEDED, errorDomain,
-                               "The reply is longer than " + std::to_string(m_request.maximumBody) +
-                                   " bytes");
+                throw URLError(URLError::Kind::TooLong, "The reply is longer than " +
+                                                            std::to_string(m_request.maximumBody) + " bytes");
             }
             m_reader.receive(bytes);
             // The reader's own time is no silence of the server.
@@ -123,22 +154,22 @@ private:
         }
         const std::chrono::duration<double> silence = now - m_lastActivity;
         if (silence.count() > m_request.configuration.requestTimeout) {
-            fail(CURLE_OPERATION_TIMEDOUT, "The server was silent for too long");
-        } else if (m_stop) {
-            fail(CURLE_ABORTED_BY_CALLBACK, "Cancelled");
+            fail(URLError::Kind::TimedOut, "The server was silent for too long");
+        } else if (m_isStopped()) {
+            fail(URLError::Kind::Cancelled, "Cancelled");
         }
         return m_failure == nullptr;
     }
 
-    void fail(CURLcode code, const char* description) {
+    void fail(URLError::Kind kind, const char* description) {
         if (!m_failure) {
-            m_failure = std::make_exception_ptr(URLError(code, errorDomain, description));
+            m_failure = std::make_exception_ptr(URLError(kind, description));
         }
     }
 
     const TransferRequest& m_request;
     URLBodyReader& m_reader;
-    const std::atomic_bool& m_stop;
+    const std::function<bool()>& m_isStopped;
     CURL* m_curl;
     curl_slist* m_headers = nullptr;
     std::exception_ptr m_failure;
@@ -150,12 +181,13 @@ private:
 
 } // namespace
 
-void performTransfer(const TransferRequest& request, URLBodyReader& reader, const std::atomic_bool& stop) {
+void performTransfer(const TransferRequest& request, URLBodyReader& reader,
+                     const std::function<bool()>& isStopped) {
     static const CURLcode initialized = curl_global_init(CURL_GLOBAL_DEFAULT);
     if (initialized != CURLE_OK) {
-        throw URLError(initialized, errorDomain, curl_easy_strerror(initialized));
+        throw errorOf(initialized);
     }
-    Transfer(request, reader, stop).run();
+    Transfer(request, reader, isStopped).run();
 }
 
 } // namespace ondavia

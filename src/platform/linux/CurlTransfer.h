@@ -2,7 +2,7 @@
 
 #include "platform/URLSession.h"
 
-#include <atomic>
+#include <functional>
 #include <string>
 #include <vector>
 
@@ -17,8 +17,10 @@ struct TransferRequest final {
     URLSessionConfiguration configuration;
 };
 
-/// Runs one GET from start to end on the calling thread, which calls `reader`. Ends early when `stop`
-/// becomes true. Raises URLError, or what the reader threw.
-void performTransfer(const TransferRequest& request, URLBodyReader& reader, const std::atomic_bool& stop);
+/// Runs one GET from start to end on the calling thread, which calls `reader`. Ends early when
+/// `isStopped`, which is asked about once a second and more often, says so. Raises URLError, or what the
+/// reader threw.
+void performTransfer(const TransferRequest& request, URLBodyReader& reader,
+                     const std::function<bool()>& isStopped);
 
 } // namespace ondavia

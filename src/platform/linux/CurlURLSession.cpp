@@ -1,56 +1,21 @@
 #include "platform/linux/CurlURLSession.h"
 
+#include "platform/CountedThreads.h"
 #include "platform/linux/CurlTransfer.h"
 
-#include <QPromise>
 #include <QUrl>
 #include <qcoro/qcorofuture.h>
 
-#include <chrono>
-#include <condition_variable>
-#include <mutex>
-#include <thread>
+#include <system_error>
 
 namespace ondavia {
 namespace {
 
-/// The threads of all running transfers. Never destroyed: one that outlives our patience at the end of the
-/// process may still look here.
-class TransferThreads final {
-public:
-    static TransferThreads& instance() {
-        static auto* const threads = new TransferThreads;
-        return *threads;
-    }
-
-    void start(std::function<void(const std::atomic_bool& stop)> work) {
-        // Counted before it can end, under the lock; a thread that cannot be had is not counted.
-        const std::lock_guard starting(m_mutex);
-        std::thread([this, work = std::move(work)] {
-            work(m_stop);
-            const std::lock_guard lock(m_mutex);
-            --m_running;
-            m_ended.notify_all();
-        }).detach();
-        ++m_running;
-    }
-
-    void end() {
-        m_stop = true;
-        wait(std::chrono::seconds(3));
-    }
-
-    bool wait(std::chrono::milliseconds timeout) {
-        std::unique_lock lock(m_mutex);
-        return m_ended.wait_for(lock, timeout, [this] { return m_running == 0; });
-    }
-
-private:
-    std::atomic_bool m_stop = false;
-    std::mutex m_mutex;
-    std::condition_variable m_ended;
-    int m_running = 0;
-};
+/// Those of all running transfers. Never destroyed, since that would wait for the last of them.
+CountedThreads& transferThreads() {
+    static auto* const threads = new CountedThreads;
+    return *threads;
+}
 
 /// Collects a whole body for `data`.
 class CollectingReader final : public URLBodyReader {
@@ -75,12 +40,13 @@ public:
 
     URLResponse fetch(const QUrl& url, std::size_t maximumBody, const std::atomic_bool& stop) override {
         CollectingReader reader;
-        performTransfer(request(url, {}, maximumBody), reader, stop);
+        performTransfer(request(url, {}, maximumBody), reader, [&stop] { return stop.load(); });
         return std::move(reader.response);
     }
 
-    QCoro::Task<void> stream(QUrl url, std::shared_ptr<URLBodyReader> reader) override {
-        return run(request(url, {}, maximumStreamedBody), std::move(reader));
+    QCoro::Task<void> stream(QUrl url, std::shared_ptr<URLBodyReader> reader,
+                             std::vector<Header> headers) override {
+        return run(request(url, std::move(headers), maximumStreamedBody), std::move(reader));
     }
 
 private:
@@ -90,18 +56,20 @@ private:
     }
 
     static QCoro::Task<void> run(TransferRequest request, std::shared_ptr<URLBodyReader> reader) {
-        const auto promise = std::make_shared<QPromise<void>>();
-        promise->start();
-        TransferThreads::instance().start([request = std::move(request), reader, promise](const auto& stop) {
-            try {
-                performTransfer(request, *reader, stop);
-            } catch (...) {
-                // Whatever the transfer or its reader raises belongs to whoever awaits it.
-                promise->setException(std::current_exception());
-            }
-            promise->finish();
-        });
-        co_await promise->future();
+        const QFuture<void> ended = start(std::move(request), std::move(reader));
+        co_await ended;
+    }
+
+    /// A machine that has no thread left counts as one without a network.
+    static QFuture<void> start(TransferRequest request, std::shared_ptr<URLBodyReader> reader) {
+        try {
+            return transferThreads().run(
+                [request = std::move(request), reader = std::move(reader)](const std::stop_token& stop) {
+                    performTransfer(request, *reader, [&stop] { return stop.stop_requested(); });
+                });
+        } catch (const std::system_error& error) {
+            throw URLError(URLError::Kind::Other, std::string("No thread for the transfer: ") + error.what());
+        }
     }
 
     URLSessionConfiguration m_configuration;
@@ -109,12 +77,13 @@ private:
 
 } // namespace
 
-void endAllTransfers() {
-    TransferThreads::instance().end();
+bool endAllTransfers() {
+    transferThreads().requestStop();
+    return waitForTransfers(std::chrono::seconds(3));
 }
 
 bool waitForTransfers(std::chrono::milliseconds timeout) {
-    return TransferThreads::instance().wait(timeout);
+    return transferThreads().wait(timeout);
 }
 
 std::shared_ptr<URLSession> makeCurlURLSession(const URLSessionConfiguration& configuration) {

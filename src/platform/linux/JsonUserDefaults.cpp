@@ -2,15 +2,14 @@
 
 #include "base/AppLogger.h"
 
-#include <QFile>
 #include <QJsonArray>
-#include <QJsonDocument>
 #include <QLockFile>
-#include <QSaveFile>
 
 #include <cmath>
 #include <functional>
+#include <stdexcept>
 #include <sys/stat.h>
+#include <system_error>
 #include <utility>
 
 namespace ondavia {
@@ -35,7 +34,7 @@ std::pair<std::uint64_t, std::int64_t> stampOf(const std::filesystem::path& file
 } // namespace
 
 JsonUserDefaults::JsonUserDefaults(std::filesystem::path file)
-    : m_file(std::move(file)) {
+    : m_file(std::move(file), AppLogger::general, "settings") {
     readIfChanged();
 }
 
@@ -100,14 +99,17 @@ void JsonUserDefaults::removeObjectForKey(std::string_view key) {
 }
 
 QJsonValue JsonUserDefaults::value(std::string_view key) const {
+    const std::lock_guard guard(m_mutex);
     readIfChanged();
     return m_values.value(toQString(key));
 }
 
 void JsonUserDefaults::change(const std::function<void(QJsonObject&)>& edit) {
+    const std::lock_guard guard(m_mutex);
     constexpr int lockTimeout = 2000;
-    QLockFile lock(QString::fromStdString(m_file.string() + ".lock"));
-    if (!lock.tryLock(lockTimeout)) {
+    QLockFile lock(QString::fromStdString(m_file.path().string() + ".lock"));
+    // Any other failure to lock is one of the folder's, which the write will tell in its own words.
+    if (!lock.tryLock(lockTimeout) && lock.error() == QLockFile::LockFailedError) {
         AppLogger::general.error("settings: another process holds the lock, writing without it");
     }
     readIfChanged();
@@ -116,19 +118,17 @@ void JsonUserDefaults::change(const std::function<void(QJsonObject&)>& edit) {
         AppLogger::general.error("settings: not written over a file that cannot be read");
         return;
     }
-    QSaveFile file(QString::fromStdString(m_file.string()));
-    const bool written = file.open(QIODevice::WriteOnly) &&
-                         file.setPermissions(QFileDevice::ReadOwner | QFileDevice::WriteOwner) &&
-                         file.write(QJsonDocument(m_values).toJson()) >= 0 && file.commit();
-    if (!written) {
-        AppLogger::general.error("settings: cannot be written: %s", {file.errorString().toStdString()});
+    try {
+        m_file.write(m_values);
+    } catch (const std::system_error& error) {
+        AppLogger::general.error("settings: %s", {error.what()});
         return;
     }
-    m_stamp = stampOf(m_file);
+    m_stamp = stampOf(m_file.path());
 }
 
 void JsonUserDefaults::readIfChanged() const {
-    const auto stamp = stampOf(m_file);
+    const auto stamp = stampOf(m_file.path());
     if (stamp != m_stamp || m_isUnread) {
         m_stamp = stamp;
         read();
@@ -136,32 +136,15 @@ void JsonUserDefaults::readIfChanged() const {
 }
 
 void JsonUserDefaults::read() const {
-    QFile file(QString::fromStdString(m_file.string()));
     const bool wasUnread = std::exchange(m_isUnread, false);
-    if (!file.exists()) {
-        m_values = {};
-        return;
-    }
-    if (!file.open(QIODevice::ReadOnly)) {
+    try {
+        m_values = m_file.read();
+    } catch (const std::runtime_error& error) {
         m_isUnread = true;
         if (!wasUnread) {
-            AppLogger::general.error("settings: cannot be read: %s", {file.errorString().toStdString()});
+            AppLogger::general.error("settings: cannot be read: %s", {error.what()});
         }
-        return;
     }
-    const QJsonDocument document = QJsonDocument::fromJson(file.readAll());
-    if (!document.isObject()) {
-        keepDamagedFileAside();
-    }
-    m_values = document.object();
-}
-
-void JsonUserDefaults::keepDamagedFileAside() const {
-    const std::filesystem::path aside = m_file.string() + ".damaged";
-    std::error_code error;
-    std::filesystem::rename(m_file, aside, error);
-    AppLogger::general.error("settings: the file is damaged and was %s",
-                             {error ? "left as it is" : "kept aside"});
 }
 
 } // namespace ondavia

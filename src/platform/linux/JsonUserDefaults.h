@@ -1,17 +1,16 @@
 #pragma once
 
 #include "platform/UserDefaults.h"
+#include "platform/linux/JsonFile.h"
 
-#include <QJsonObject>
-
-#include <filesystem>
+#include <mutex>
 
 namespace ondavia {
 
 /// The settings store as one JSON object in a file of mode 0600. Each change replaces the file
 /// atomically, under a lock that other processes respect; what another process wrote is read anew before
-/// each answer. A file that is no JSON object is kept aside as `<name>.damaged` with an error line. Dates
-/// are seconds since 1970 under a key of their own type: {"date": seconds}.
+/// each answer. A change that cannot be written is told by an error line and holds for this run. Dates are
+/// seconds since 1970 under a key of their own type: {"date": seconds}.
 class JsonUserDefaults final : public UserDefaults {
 public:
     explicit JsonUserDefaults(std::filesystem::path file);
@@ -33,9 +32,9 @@ private:
     void change(const std::function<void(QJsonObject&)>& edit);
     void readIfChanged() const;
     void read() const;
-    void keepDamagedFileAside() const;
 
-    std::filesystem::path m_file;
+    mutable std::mutex m_mutex;
+    JsonFile m_file;
     mutable QJsonObject m_values;
     mutable std::pair<std::uint64_t, std::int64_t> m_stamp{};
     /// The file is there and cannot be opened: what it holds must not be written over.

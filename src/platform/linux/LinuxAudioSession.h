@@ -6,10 +6,13 @@
 
 namespace ondavia {
 
-/// Accepts every call: the sound server mixes whatever plays.
-[[nodiscard]] std::unique_ptr<AVAudioSession> makeLinuxAudioSession();
+class MessageBus;
+class PulseVolume;
 
-/// Asks org.freedesktop.ScreenSaver on the session bus.
-[[nodiscard]] std::unique_ptr<IdleInhibitor> makeScreenSaverInhibitor();
+/// Accepts every call: the sound server mixes whatever plays. `volume` must outlive the session.
+[[nodiscard]] std::unique_ptr<AVAudioSession> makeLinuxAudioSession(PulseVolume& volume);
+
+/// Asks org.freedesktop.ScreenSaver on the session bus, which must outlive the inhibitor.
+[[nodiscard]] std::unique_ptr<IdleInhibitor> makeScreenSaverInhibitor(MessageBus& sessionBus);
 
 } // namespace ondavia

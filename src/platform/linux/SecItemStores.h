@@ -8,11 +8,18 @@
 namespace ondavia {
 
 /// The store that this run uses: a file vault in `vaultFolder` when ONDAVIA_VAULT is "file"; otherwise
-/// the Secret Service, or memory with a log line when none answers on the session bus.
+/// the Secret Service, or memory with a log line when none answers on the session bus, which the first call
+/// finds out.
 [[nodiscard]] std::unique_ptr<SecItemStore> makeSecItemStore(const std::filesystem::path& vaultFolder);
 
-/// Items of the session's Secret Service; absent when none answers.
-[[nodiscard]] std::unique_ptr<SecItemStore> makeSecretServiceStore();
+class SessionItemStore : public SecItemStore {
+public:
+    /// Whether the service answers. Takes as long as it likes, unless given up.
+    virtual bool connect() = 0;
+};
+
+/// Items of the session's Secret Service.
+[[nodiscard]] std::unique_ptr<SessionItemStore> makeSecretServiceStore();
 
 /// Items that live as long as the object.
 [[nodiscard]] std::unique_ptr<SecItemStore> makeMemoryStore();

@@ -6,15 +6,14 @@
 
 #include <chrono>
 #include <condition_variable>
+#include <map>
 #include <mutex>
+#include <stop_token>
 #include <thread>
+#include <utility>
 
 namespace ondavia {
 namespace {
-
-/// How long one call may take before it counts as failed: a keyring that asks for its password must not
-/// keep the window from opening for ever.
-constexpr std::chrono::seconds patience{20};
 
 const SecretSchema& schema() {
     static const SecretSchema value = {"com.ondavia.GenericPassword",
@@ -33,35 +32,6 @@ const SecretSchema& schema() {
     return value;
 }
 
-/// Cancels a call that outlasts our patience.
-class Deadline final {
-public:
-    Deadline()
-        : m_cancellable(g_cancellable_new()) {
-        m_thread = std::jthread([this](const std::stop_token& stop) {
-            std::unique_lock lock(m_mutex);
-            if (!m_ended.wait_for(lock, stop, patience, [] { return false; }) && !stop.stop_requested()) {
-                g_cancellable_cancel(m_cancellable);
-            }
-        });
-    }
-    ~Deadline() {
-        m_thread.request_stop();
-        m_thread.join();
-        g_object_unref(m_cancellable);
-    }
-    Deadline(const Deadline&) = delete;
-    Deadline& operator=(const Deadline&) = delete;
-
-    operator GCancellable*() { return m_cancellable; }
-
-private:
-    GCancellable* m_cancellable;
-    std::mutex m_mutex;
-    std::condition_variable_any m_ended;
-    std::jthread m_thread;
-};
-
 /// The status for an error, which is logged and freed: GLib's texts name services and paths, no values.
 OSStatus statusOf(GError* error) {
     if (error == nullptr) {
@@ -72,31 +42,133 @@ OSStatus statusOf(GError* error) {
     return errSecNotAvailable;
 }
 
-class SecretServiceStore final : public SecItemStore {
+/// Cancels what it is given to after some time.
+class Deadline final {
 public:
+    explicit Deadline(std::chrono::seconds limit)
+        : m_timer([end = m_end, limit](const std::stop_token& stop) {
+            std::mutex mutex;
+            std::unique_lock lock(mutex);
+            std::condition_variable_any().wait_for(lock, stop, limit, [] { return false; });
+            if (!stop.stop_requested()) {
+                g_cancellable_cancel(end);
+            }
+        }) {}
+    ~Deadline() {
+        m_timer.request_stop();
+        m_timer.join();
+        g_object_unref(m_end);
+    }
+    Deadline(const Deadline&) = delete;
+    Deadline& operator=(const Deadline&) = delete;
+
+    [[nodiscard]] GCancellable* end() const { return m_end; }
+
+private:
+    GCancellable* m_end = g_cancellable_new();
+    std::jthread m_timer;
+};
+
+class SecretServiceStore final : public SessionItemStore {
+public:
+    SecretServiceStore() = default;
+    ~SecretServiceStore() override { g_object_unref(m_givenUp); }
+    SecretServiceStore(const SecretServiceStore&) = delete;
+    SecretServiceStore& operator=(const SecretServiceStore&) = delete;
+
+    bool connect() override {
+        GError* error = nullptr;
+        SecretService* service = secret_service_get_sync(SECRET_SERVICE_OPEN_SESSION, m_givenUp, &error);
+        statusOf(error);
+        if (service != nullptr) {
+            g_object_unref(service);
+        }
+        return service != nullptr;
+    }
+
     OSStatus SecItemAdd(const SecItemQuery& item, const std::string& data) override {
-        OSStatus status = errSecSuccess;
-        if (SecItemCopyMatching(item, status)) {
+        const std::lock_guard lock(m_mutex);
+        OSStatus status = noteForUndo(item);
+        if (status != errSecSuccess) {
+            return status;
+        }
+        if (find(item, m_givenUp, status)) {
             return errSecDuplicateItem;
         }
         if (status != errSecItemNotFound) {
             return status;
         }
-        GError* error = nullptr;
-        Deadline deadline;
-        const std::string label = "Ondavia: " + item.account;
-        secret_password_store_sync(&schema(), SECRET_COLLECTION_DEFAULT, label.c_str(), data.c_str(),
-                                   deadline, &error, "service", item.service.c_str(), "account",
-                                   item.account.c_str(), nullptr);
-        return statusOf(error);
+        return store(item, data, m_givenUp);
     }
 
     std::optional<std::string> SecItemCopyMatching(const SecItemQuery& item, OSStatus& status) override {
+        return find(item, m_givenUp, status);
+    }
+
+    OSStatus SecItemDelete(const SecItemQuery& item) override {
+        const std::lock_guard lock(m_mutex);
+        const OSStatus status = noteForUndo(item);
+        return status == errSecSuccess ? clear(item, m_givenUp) : status;
+    }
+
+    OSStatus changeTogether(const std::function<OSStatus()>& changes) override {
+        const std::lock_guard lock(m_mutex);
+        if (m_undo) {
+            return changes();
+        }
+        m_undo.emplace();
+        const OSStatus status = changes();
+        const Undo undo = *std::exchange(m_undo, std::nullopt);
+        if (status != errSecSuccess) {
+            // Also when the keyring was given up in the middle: it may have been slow and not silent.
+            const Deadline deadline(putBackLimit);
+            putBack(undo, deadline.end());
+        }
+        return status;
+    }
+
+    [[nodiscard]] bool remembers() const override { return g_cancellable_is_cancelled(m_givenUp) == FALSE; }
+    [[nodiscard]] bool keepsWaiting() const override { return true; }
+    void giveUp() override { g_cancellable_cancel(m_givenUp); }
+
+private:
+    /// What stood under each name before the first change that belongs together with others.
+    using Undo = std::map<std::pair<std::string, std::string>, std::optional<std::string>>;
+
+    static constexpr std::chrono::seconds putBackLimit{5};
+
+    /// What cannot be put back is not changed.
+    OSStatus noteForUndo(const SecItemQuery& item) {
+        if (!m_undo || m_undo->contains({item.service, item.account})) {
+            return errSecSuccess;
+        }
+        OSStatus status = errSecSuccess;
+        std::optional<std::string> data = find(item, m_givenUp, status);
+        if (status != errSecSuccess && status != errSecItemNotFound) {
+            return status;
+        }
+        m_undo->emplace(std::pair(item.service, item.account), std::move(data));
+        return errSecSuccess;
+    }
+
+    static void putBack(const Undo& undo, GCancellable* end) {
+        for (const auto& [name, data] : undo) {
+            const SecItemQuery item{name.first, name.second};
+            OSStatus status = errSecSuccess;
+            if (find(item, end, status) == data && (data || status == errSecItemNotFound)) {
+                continue;
+            }
+            clear(item, end);
+            if (data && store(item, *data, end) != errSecSuccess) {
+                AppLogger::keychain.error("the keyring takes neither the new item nor the one of before");
+            }
+        }
+    }
+
+    static std::optional<std::string> find(const SecItemQuery& item, GCancellable* end, OSStatus& status) {
         GError* error = nullptr;
-        Deadline deadline;
-        gchar* secret =
-            secret_password_lookup_sync(&schema(), deadline, &error, "service", item.service.c_str(),
-                                        "account", item.account.c_str(), nullptr);
+        gchar* secret = secret_password_lookup_sync(&schema(), end, &error, "service", item.service.c_str(),
+                                                    "account", item.account.c_str(), nullptr);
         status = statusOf(error);
         if (secret == nullptr) {
             status = status == errSecSuccess ? errSecItemNotFound : status;
@@ -107,30 +179,49 @@ public:
         return data;
     }
 
-    OSStatus SecItemDelete(const SecItemQuery& item) override {
+    static OSStatus store(const SecItemQuery& item, const std::string& data, GCancellable* end) {
         GError* error = nullptr;
-        Deadline deadline;
-        const gboolean removed =
-            secret_password_clear_sync(&schema(), deadline, &error, "service", item.service.c_str(),
-                                       "account", item.account.c_str(), nullptr);
-        const OSStatus status = statusOf(error);
-        return status == errSecSuccess && removed == FALSE ? errSecItemNotFound : status;
+        const std::string label = "Ondavia: " + item.account;
+        secret_password_store_sync(&schema(), SECRET_COLLECTION_DEFAULT, label.c_str(), data.c_str(), end,
+                                   &error, "service", item.service.c_str(), "account", item.account.c_str(),
+                                   nullptr);
+        return statusOf(error);
     }
 
-    [[nodiscard]] bool remembers() const override { return true; }
+    static OSStatus clear(const SecItemQuery& item, GCancellable* end) {
+        GError* error = nullptr;
+        const gboolean removed =
+            secret_password_clear_sync(&schema(), end, &error, "service", item.service.c_str(), "account",
+                                       item.account.c_str(), nullptr);
+        const OSStatus status = statusOf(error);
+        if (status != errSecSuccess || removed == TRUE) {
+            return status;
+        }
+        // A locked keyring that nobody unlocks deletes nothing, without a word.
+        return isKept(item, end) ? errSecNotAvailable : errSecItemNotFound;
+    }
+
+    /// Whether there is such an item, locked or not.
+    static bool isKept(const SecItemQuery& item, GCancellable* end) {
+        GError* error = nullptr;
+        GHashTable* attributes = secret_attributes_build(&schema(), "service", item.service.c_str(),
+                                                         "account", item.account.c_str(), nullptr);
+        GList* items =
+            secret_service_search_sync(nullptr, &schema(), attributes, SECRET_SEARCH_ALL, end, &error);
+        g_hash_table_unref(attributes);
+        const bool isFound = items != nullptr;
+        g_list_free_full(items, g_object_unref);
+        return isFound || statusOf(error) != errSecSuccess;
+    }
+
+    GCancellable* m_givenUp = g_cancellable_new();
+    std::recursive_mutex m_mutex;
+    std::optional<Undo> m_undo;
 };
 
 } // namespace
 
-std::unique_ptr<SecItemStore> makeSecretServiceStore() {
-    GError* error = nullptr;
-    Deadline deadline;
-    SecretService* service = secret_service_get_sync(SECRET_SERVICE_OPEN_SESSION, deadline, &error);
-    if (service == nullptr) {
-        statusOf(error);
-        return nullptr;
-    }
-    g_object_unref(service);
+std::unique_ptr<SessionItemStore> makeSecretServiceStore() {
     return std::make_unique<SecretServiceStore>();
 }
 

@@ -1,6 +1,7 @@
 #include "playback/engine/FFmpegLog.h"
 
 #include "base/AppLogger.h"
+#include "base/Redaction.h"
 
 #include <mpv/client.h>
 
@@ -30,16 +31,17 @@ void write(void* source, int level, const char* format, va_list arguments) {
     std::array<char, 1024> buffer{};
     // Not kept from call to call: a line that FFmpeg writes in pieces comes out in pieces.
     int printPrefix = 1;
-    av_log_format_line2(source, level, format, arguments, buffer.data(), static_cast<int>(buffer.size()),
-                        &printPrefix);
+    const int needed = av_log_format_line2(source, level, format, arguments, buffer.data(),
+                                           static_cast<int>(buffer.size()), &printPrefix);
+    const auto end = needed < static_cast<int>(buffer.size()) ? TextEnd::Whole : TextEnd::Cut;
     std::string_view line(buffer.data());
     while (line.ends_with('\n')) {
         line.remove_suffix(1);
     }
     if (isFailure(source, level)) {
-        AppLogger::player.error("%s", {line});
+        AppLogger::player.error("%{public}s", {maskSecrets(line, end)});
     } else {
-        AppLogger::player.debug("%s", {line});
+        AppLogger::player.debug("%{public}s", {maskSecrets(line, end)});
     }
 }
 

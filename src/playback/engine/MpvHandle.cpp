@@ -2,6 +2,7 @@
 
 #include "base/AppLogger.h"
 #include "playback/engine/EngineReaper.h"
+#include "playback/engine/PublishedStream.h"
 
 #include <cstdlib>
 #include <stdexcept>
@@ -32,6 +33,7 @@ std::shared_ptr<MpvHandle> MpvHandle::create(const std::vector<MpvOption>& optio
         throw std::runtime_error("mpv_create failed");
     }
     std::shared_ptr<MpvHandle> handle(new MpvHandle(raw));
+    PublishedStream::registerWith(raw);
     for (const auto& [name, value] : options) {
         report(mpv_set_option_string(raw, name.c_str(), value.c_str()), name);
     }
@@ -45,7 +47,7 @@ std::shared_ptr<MpvHandle> MpvHandle::create(const std::vector<MpvOption>& optio
 MpvHandle::~MpvHandle() {
     setWakeup({});
     beginClosing();
-    reap(m_handle);
+    reap(m_handle, std::move(m_announcement));
 }
 
 void MpvHandle::setWakeup(std::function<void()> wakeup) {
@@ -92,8 +94,10 @@ void MpvHandle::observe(std::uint64_t id, const std::string& name, mpv_format fo
     report(mpv_observe_property(m_handle, id, name.c_str(), format), name);
 }
 
-void MpvHandle::requestProperty(std::uint64_t id, const std::string& name, mpv_format format) {
-    report(mpv_get_property_async(m_handle, id, name.c_str(), format), name);
+bool MpvHandle::requestProperty(std::uint64_t id, const std::string& name, mpv_format format) {
+    const int status = mpv_get_property_async(m_handle, id, name.c_str(), format);
+    report(status, name);
+    return status >= 0;
 }
 
 void MpvHandle::requestHook(const std::string& name) {
@@ -108,7 +112,7 @@ void MpvHandle::beginClosing() {
     if (m_closing.exchange(true)) {
         return;
     }
-    announceClosing();
+    m_announcement = announceClosing();
     command({"stop"});
 }
 

@@ -38,8 +38,8 @@ public:
     void setProperty(const std::string& name, const MpvValue& value);
     void command(const std::vector<std::string>& arguments);
     void observe(std::uint64_t id, const std::string& name, mpv_format format);
-    /// The value comes as MPV_EVENT_GET_PROPERTY_REPLY with this id.
-    void requestProperty(std::uint64_t id, const std::string& name, mpv_format format);
+    /// The value comes as MPV_EVENT_GET_PROPERTY_REPLY with this id, unless this returns false.
+    bool requestProperty(std::uint64_t id, const std::string& name, mpv_format format);
     void requestHook(const std::string& name);
     void continueHook(std::uint64_t hook);
 
@@ -53,6 +53,7 @@ private:
     mpv_handle* m_handle;
     std::function<void()> m_wakeup;
     std::atomic<bool> m_closing = false;
+    std::shared_ptr<void> m_announcement;
 };
 
 } // namespace ondavia::engine

@@ -12,12 +12,48 @@ namespace {
 
 using Options = std::vector<MpvOption>;
 
-/// What a stream's own content (an HLS playlist, say) may open in turn: the network, never files.
-constexpr std::string_view nestedProtocols =
-    "http,https,httpproxy,tls,tcp,udp,rtp,rtcp,rtmp,rtmps,rtmpt,ffrtmphttp,crypto,data";
+/// What a stream's own content (an HLS playlist, say) may open in turn: HTTP and what that needs.
+constexpr std::string_view nestedProtocols = "http,https,httpproxy,tls,tcp,crypto,data";
 
-constexpr std::array<std::string_view, 10> playableSchemes = {"http",  "https", "rtmp", "rtmps", "rtsp",
-                                                              "rtsps", "udp",   "rtp",  "mmsh",  "file"};
+/// What a reply may be: pictures with sound, sound, subtitles, and the two kinds of list that name nothing
+/// but HTTP. No session descriptions, which have FFmpeg listen, and no lists of files.
+constexpr std::string_view formats =
+    "mpegts,hls,dash,mov,matroska,flv,live_flv,avi,asf,mpeg,mpegvideo,m4v,h264,hevc,rm,ogg,mp3,aac,ac3,eac3,"
+    "dts,loas,flac,wav,w64,aiff,caf,wv,ape,srt,webvtt,ass,microdvd,mpl2,sami,subviewer";
+
+struct Scheme final {
+    std::string_view name;
+    /// What FFmpeg opens for such an address, beyond `nestedProtocols`.
+    std::string_view protocols;
+    /// What it reads it with, beyond `formats`.
+    std::string_view formats;
+};
+
+constexpr std::array<Scheme, 9> playableSchemes = {{
+    {"http", "", ""},
+    {"https", "", ""},
+    {"rtmp", ",rtmp,rtmps,rtmpt,ffrtmphttp", ""},
+    {"rtmps", ",rtmp,rtmps,rtmpt,ffrtmphttp", ""},
+    {"rtsp", ",rtp,rtcp,udp", ",rtsp"},
+    {"rtsps", ",rtp,rtcp,udp", ",rtsp"},
+    {"udp", ",udp", ""},
+    {"rtp", ",rtp,rtcp,udp", ",rtp"},
+    {"file", ",file", ""},
+}};
+
+/// Absent for what is not playable.
+const Scheme* schemeOf(std::string_view address) {
+    const auto mark = address.find("://");
+    if (mark == std::string_view::npos) {
+        return nullptr;
+    }
+    std::string name(address.substr(0, mark));
+    std::ranges::transform(name, name.begin(), [](unsigned char character) {
+        return static_cast<char>(character >= 'A' && character <= 'Z' ? character + 32 : character);
+    });
+    const auto* const scheme = std::ranges::find(playableSchemes, name, &Scheme::name);
+    return scheme == playableSchemes.end() ? nullptr : scheme;
+}
 
 /// A list option of mpv takes "%<length>%<text>" for a value that holds commas.
 std::string quotedListValue(std::string_view key, std::string_view value) {
@@ -95,6 +131,8 @@ std::vector<MpvOption> baseOptions() {
         // No subtitle shows before somebody picks one, and no neighbouring file is looked for.
         {"sid", "no"},
         {"autoload-files", "no"},
+        // By picture: those that say they are interlaced are deinterlaced, all others pass as they are.
+        {"vf", "lavfi=[bwdif=mode=send_field:deint=interlaced]"},
         // Whoever lists the sound server's streams reads a name, not an address.
         {"audio-client-name", "Ondavia"},
         {"force-media-title", "Ondavia"},
@@ -106,11 +144,9 @@ std::vector<MpvOption> baseOptions() {
         {"load-unsafe-playlists", "no"},
         {"ordered-chapters", "no"},
         {"cache-on-disk", "no"},
-        {"demuxer-lavf-o", quotedListValue("protocol_whitelist", nestedProtocols)},
         {"tls-verify", "yes"},
-        // A cut must show as one: whoever owns the engine decides about another try.
-        {"stream-lavf-o",
-         "reconnect=0," + quotedListValue("protocol_whitelist", std::string(nestedProtocols) + ",file")},
+        // Also for streams over our own connection, which mpv does not know to come from a network.
+        {"cache", "yes"},
         // Used only where there is no OpenGL.
         {"sws-fast", "yes"},
         {"sws-scaler", "bilinear"},
@@ -135,16 +171,33 @@ std::vector<MpvOption> translated(const FSOptions& options) {
     return result;
 }
 
+std::vector<MpvOption> accessOptions(std::string_view address) {
+    const Scheme* known = schemeOf(address);
+    const Scheme scheme = known != nullptr ? *known : Scheme();
+    const std::string own = std::string(nestedProtocols) + std::string(scheme.protocols);
+    // The file itself is opened by mpv: what it names is not.
+    const std::string nested = scheme.name == "file" ? std::string(nestedProtocols) : own;
+    return {
+        {"demuxer-lavf-o",
+         quotedListValue("protocol_whitelist", nested) + "," +
+             quotedListValue("format_whitelist", std::string(formats) + std::string(scheme.formats))},
+        // A cut must show as one: whoever owns the engine decides about another try.
+        {"stream-lavf-o", "reconnect=0," + quotedListValue("protocol_whitelist", own)},
+    };
+}
+
 bool isPlayableAddress(std::string_view address) {
-    const auto mark = address.find("://");
-    if (mark == std::string_view::npos) {
-        return false;
-    }
-    std::string scheme(address.substr(0, mark));
-    std::ranges::transform(scheme, scheme.begin(), [](unsigned char character) {
-        return static_cast<char>(character >= 'A' && character <= 'Z' ? character + 32 : character);
-    });
-    return std::ranges::find(playableSchemes, scheme) != playableSchemes.end();
+    return schemeOf(address) != nullptr;
+}
+
+bool isHttpAddress(std::string_view address) {
+    const Scheme* scheme = schemeOf(address);
+    return scheme != nullptr && (scheme->name == "http" || scheme->name == "https");
+}
+
+bool isFileAddress(std::string_view address) {
+    const Scheme* scheme = schemeOf(address);
+    return scheme != nullptr && scheme->name == "file";
 }
 
 } // namespace ondavia::engine

@@ -17,6 +17,10 @@ struct MpvOption final {
 /// What every engine is started with, whatever it plays.
 [[nodiscard]] std::vector<MpvOption> baseOptions();
 
+/// What an engine for this address may open: the address itself by its own protocol, and what the stream
+/// names in turn over HTTP only. Nothing that a server sends makes it listen, or read a file.
+[[nodiscard]] std::vector<MpvOption> accessOptions(std::string_view address);
+
 /// The mpv options for what the system asked for, in order; a key without an equivalent gives none.
 [[nodiscard]] std::vector<MpvOption> translated(const FSOptions& options);
 
@@ -24,5 +28,9 @@ struct MpvOption final {
 /// (edl, lavfi, memory, av, cdda and the like) can name any other source and stay out of a provider's
 /// reach.
 [[nodiscard]] bool isPlayableAddress(std::string_view address);
+
+/// Whether the address is one of HTTP, encrypted or not.
+[[nodiscard]] bool isHttpAddress(std::string_view address);
+[[nodiscard]] bool isFileAddress(std::string_view address);
 
 } // namespace ondavia::engine

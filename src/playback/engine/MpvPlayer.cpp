@@ -3,10 +3,12 @@
 #include "base/AppLogger.h"
 #include "playback/engine/MpvHandle.h"
 #include "playback/engine/MpvVideoItem.h"
+#include "playback/engine/PublishedStream.h"
 
 #include <algorithm>
 #include <cmath>
 #include <stdexcept>
+#include <utility>
 
 namespace ondavia::engine {
 namespace {
@@ -47,6 +49,7 @@ MpvPlayer::~MpvPlayer() {
 
 void MpvPlayer::startMpv(const FSOptions& options) {
     auto all = baseOptions();
+    std::ranges::move(accessOptions(m_content), std::back_inserter(all));
     std::ranges::move(outputOptions(m_outputs), std::back_inserter(all));
     std::ranges::move(translated(options), std::back_inserter(all));
     m_handle = MpvHandle::create(all);
@@ -80,7 +83,15 @@ void MpvPlayer::prepareToPlay() {
         });
         m_item->attach(m_handle);
     }
-    m_handle->command({"loadfile", m_content});
+    load();
+}
+
+// Over our own connection, whose end tells a whole film from a cut one.
+void MpvPlayer::load() {
+    if (isHttpAddress(m_content)) {
+        m_stream = std::make_unique<PublishedStream>(m_content);
+    }
+    m_handle->command({"loadfile", m_stream != nullptr ? m_stream->address() : m_content});
 }
 
 void MpvPlayer::shutdown() {
@@ -94,10 +105,13 @@ void MpvPlayer::shutdown() {
         disconnect(m_item.get(), nullptr, this, nullptr);
         m_item->detach();
     }
+    m_stream.reset();
+    m_subtitles.clear();
     m_handle->beginClosing();
     m_handle.reset();
     m_stage = Stage::Opening;
     m_state = {};
+    m_clock = {};
     m_playbackState = FSPlaybackState::Stopped;
     m_loadState = 0;
 }
@@ -128,6 +142,7 @@ void MpvPlayer::setPlaybackRate(float rate) {
     m_rate = rate;
     if (m_handle != nullptr) {
         m_handle->setProperty("speed", static_cast<double>(rate));
+        runClock();
     }
 }
 
@@ -147,12 +162,70 @@ void MpvPlayer::pause() {
     }
 }
 
+double MpvPlayer::currentPlaybackTime() const {
+    askTimes();
+    return m_clock.position(std::chrono::steady_clock::now());
+}
+
+double MpvPlayer::duration() const {
+    askTimes();
+    return durationOf(m_state);
+}
+
+void MpvPlayer::askTimes() const {
+    if (m_timesAsked == 0) {
+        askTimesAnew();
+    }
+}
+
+void MpvPlayer::askTimesAnew() const {
+    if (m_handle != nullptr) {
+        ask(Answer::PositionNow);
+        m_timesAsked += ask(Answer::DurationNow) ? 1 : 0;
+    }
+}
+
+FSStatistics MpvPlayer::statistics() const {
+    FSStatistics statistics;
+    if (m_handle == nullptr) {
+        return statistics;
+    }
+    m_statistics.ask(*m_handle);
+    m_statistics.fill(statistics);
+    const auto codecOf = [this](std::string_view type) {
+        const auto track = selectedTrack(m_state.tracks, type);
+        return track ? track->codec : std::string();
+    };
+    statistics.videoCodec = codecOf("video");
+    statistics.audioCodec = codecOf("audio");
+    statistics.secondsBuffered = m_state.cachedSeconds;
+    statistics.serverAnswer = m_stream != nullptr ? m_stream->answer() : m_playlistAnswer;
+    return statistics;
+}
+
 void MpvPlayer::setCurrentPlaybackTime(double seconds) {
-    if (!std::isfinite(seconds)) {
+    if (!std::isfinite(seconds) || m_handle == nullptr || m_stage == Stage::Failed) {
         return;
     }
-    m_lastSeek = seconds < m_state.position ? SeekDirection::Backward : SeekDirection::Forward;
-    commandWhenLoaded({"seek", std::to_string(seconds), "absolute+exact"});
+    m_lastSeek = seconds < m_clock.position(std::chrono::steady_clock::now()) ? SeekDirection::Backward
+                                                                              : SeekDirection::Forward;
+    m_seekTarget = seconds;
+    if (m_stage != Stage::Opening) {
+        considerSeek();
+    }
+}
+
+void MpvPlayer::considerSeek() {
+    ask(Answer::SeekableAtSeek);
+    ask(Answer::SeekableInCacheAtSeek);
+}
+
+// Where the server gives no ranges, a seek would wait for bytes that come in their own time or never.
+void MpvPlayer::seek() {
+    const auto target = std::exchange(m_seekTarget, std::nullopt);
+    if (target && m_state.seekable && !m_state.seekableInCache) {
+        m_handle->command({"seek", std::to_string(*target), "absolute+exact"});
+    }
 }
 
 void MpvPlayer::exchangeSelectedStream(std::int32_t index) {
@@ -173,21 +246,48 @@ void MpvPlayer::closeCurrentStream(const std::string& streamType) {
 
 void MpvPlayer::loadSubtitlesOnly(const std::vector<std::string>& urls) {
     for (const auto& url : urls) {
-        addSubtitle(url, "auto");
+        if (!m_subtitles.contains(url)) {
+            addSubtitle(url, "auto", m_subtitleAllowance);
+        }
     }
 }
 
-// "cached" takes the file that was added before, if there is one.
+// What is still on its way, or did not come, is fetched anew.
 void MpvPlayer::loadThenActiveSubtitle(const std::string& url) {
-    addSubtitle(url, "cached");
+    if (const auto track = externalTrack(url); track && m_handle != nullptr) {
+        m_handle->setProperty(selectorOf(track->type), track->id);
+    } else {
+        addSubtitle(url, "select", std::make_shared<std::atomic<std::int64_t>>(maximumSubtitleBytes));
+    }
 }
 
-void MpvPlayer::addSubtitle(const std::string& url, const std::string& flag) {
-    if (!isPlayableAddress(url)) {
+// Over HTTP alone, unless what plays is a file of this machine's: a provider must not have one read.
+bool MpvPlayer::isSubtitleAddress(const std::string& url) const {
+    return isHttpAddress(url) || (isFileAddress(url) && isFileAddress(m_content));
+}
+
+std::optional<Track> MpvPlayer::externalTrack(const std::string& url) const {
+    const auto stream = m_subtitles.find(url);
+    const std::string address = stream == m_subtitles.end() ? url : stream->second->address();
+    const auto found = std::ranges::find_if(m_state.tracks, [&address](const Track& track) {
+        return track.external && track.externalAddress == address;
+    });
+    return found == m_state.tracks.end() ? std::nullopt : std::optional(*found);
+}
+
+void MpvPlayer::addSubtitle(const std::string& url, const std::string& flag, const ByteAllowance& allowance) {
+    if (!isSubtitleAddress(url)) {
         AppLogger::player.error("Not a subtitle address: %s", {url});
         return;
     }
-    commandWhenLoaded({"sub-add", url, flag});
+    std::string address = url;
+    if (isHttpAddress(url)) {
+        // One of before, for the same file, ends here.
+        auto& stream = m_subtitles[url];
+        stream = std::make_unique<PublishedStream>(url, allowance);
+        address = stream->address();
+    }
+    commandWhenLoaded({"sub-add", address, flag});
 }
 
 void MpvPlayer::commandWhenLoaded(std::vector<std::string> arguments) {
@@ -247,6 +347,11 @@ void MpvPlayer::handleRendererReady() {
     m_rendererReady = true;
     if (std::exchange(m_drawsNothing, false)) {
         m_handle->setProperty("vo", std::string("libmpv"));
+        // mpv can lose the new decoder's request for packets, and asks again only when it reads on: with the
+        // whole rest of the film in memory, never.
+        if (m_state.seekable && !m_state.seekableInCache) {
+            m_handle->command({"seek", "0", "relative+exact"});
+        }
     }
     if (m_interruptedVideo.has_value()) {
         m_handle->setProperty(selectorOf("video"), *m_interruptedVideo);

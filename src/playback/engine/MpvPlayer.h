@@ -2,12 +2,15 @@
 
 #include "platform/FSPlayer.h"
 #include "playback/engine/MpvPlayerFactory.h"
+#include "playback/engine/MpvStatistics.h"
 #include "playback/engine/PlaybackModel.h"
+#include "playback/engine/PublishedStream.h"
 
 #include <QObject>
 #include <QTimer>
 
 #include <atomic>
+#include <map>
 #include <memory>
 #include <optional>
 #include <string>
@@ -19,6 +22,9 @@ namespace ondavia::engine {
 
 class MpvHandle;
 class MpvVideoItem;
+/// What mpv may read of external subtitle files, in bytes: all those that are added ahead together, and each
+/// one that is picked. It keeps all of them in memory, which takes up to 25 times as much.
+inline constexpr std::int64_t maximumSubtitleBytes = std::int64_t{8} << 20;
 
 /// The engine on libmpv, and its own view.
 ///
@@ -36,6 +42,7 @@ public:
     MpvPlayer(NotificationCenter& center, MpvOutputs outputs, std::string content, const FSOptions& options);
     ~MpvPlayer() override;
 
+    void setIsLive(bool live) override { m_isLive = live; }
     void setScalingMode(FSScalingMode mode) override;
     void setShouldAutoplay(bool autoplay) override;
     [[nodiscard]] FSPlayerView* view() override { return this; }
@@ -45,15 +52,16 @@ public:
     void play() override;
     void pause() override;
     void shutdown() override;
-    [[nodiscard]] double currentPlaybackTime() const override { return m_state.position; }
+    [[nodiscard]] double currentPlaybackTime() const override;
     void setCurrentPlaybackTime(double seconds) override;
-    [[nodiscard]] double duration() const override { return durationOf(m_state); }
+    [[nodiscard]] double duration() const override;
     [[nodiscard]] FSPlaybackState playbackState() const override { return m_playbackState; }
     [[nodiscard]] unsigned loadState() const override { return m_loadState; }
     [[nodiscard]] bool isPlaying() const override { return m_playbackState == FSPlaybackState::Playing; }
     [[nodiscard]] float playbackRate() const override { return m_rate; }
     void setPlaybackRate(float rate) override;
     [[nodiscard]] FSMonitor monitor() const override { return monitorOf(m_state.tracks); }
+    [[nodiscard]] FSStatistics statistics() const override;
     void exchangeSelectedStream(std::int32_t streamIndex) override;
     void closeCurrentStream(const std::string& streamType) override;
     void loadSubtitlesOnly(const std::vector<std::string>& urls) override;
@@ -65,15 +73,39 @@ public:
     void setNeedsRefreshCurrentPic() override;
 
 private:
+    /// Ids of what is asked for outside the table of properties, whose ids are small.
+    enum class Answer : std::uint64_t {
+        TracksAtBeginning = 1000,
+        DurationAtOpening,
+        PositionNow,
+        DurationNow,
+        SeekableAtSeek,
+        SeekableInCacheAtSeek
+    };
+
+    /// False when no answer will come.
+    bool ask(Answer answer) const;
     void startMpv(const FSOptions& options);
+    void load();
+    /// To m_seekTarget, which mpv is asked about first.
+    void considerSeek();
+    void seek();
+    /// Has mpv tell position and length, unless it is about to.
+    void askTimes() const;
+    void askTimesAnew() const;
     void commandWhenLoaded(std::vector<std::string> arguments);
-    void addSubtitle(const std::string& url, const std::string& flag);
+    /// Whether a provider may name this address for subtitles.
+    [[nodiscard]] bool isSubtitleAddress(const std::string& url) const;
+    /// The track that mpv has made of the file; absent until it has.
+    [[nodiscard]] std::optional<Track> externalTrack(const std::string& url) const;
+    void addSubtitle(const std::string& url, const std::string& flag, const ByteAllowance& allowance);
 
     /// Takes everything that mpv has to say. Runs in a turn of the main loop of its own.
     void takeEvents();
     void handle(const mpv_event& event);
-    void handleReply(const mpv_event& event);
+    void handleReply(Answer answer, const mpv_event& event);
     void handleLoaded();
+    void takeTimes(Answer answer, const double* seconds);
     /// The tracks as they are once playback has begun.
     void handleBeginning(TrackList tracks);
     void handleEndOfFile(const mpv_event& event);
@@ -88,6 +120,8 @@ private:
     void settle();
     void settleBeginning();
     void settleEnd();
+    [[nodiscard]] FSFinishReason judgeEnd() const;
+    void runClock();
     void finish(FSFinishReason reason);
     void publishStates();
     void post(const char* name, QVariantMap userInfo = {});
@@ -100,8 +134,23 @@ private:
     /// Made when first asked for: without a window there is none.
     std::unique_ptr<MpvVideoItem> m_item;
     std::atomic<bool> m_eventsAnnounced = false;
+    /// Null for what mpv or FFmpeg open themselves.
+    std::unique_ptr<PublishedStream> m_stream;
+    /// Of the stream that was given over to FFmpeg.
+    std::string m_playlistAnswer;
+    mutable MpvStatistics m_statistics;
+    /// Of external subtitle files, by their own addresses.
+    std::map<std::string, std::unique_ptr<PublishedStream>> m_subtitles;
+    /// For those that nobody has picked yet.
+    ByteAllowance m_subtitleAllowance = std::make_shared<std::atomic<std::int64_t>>(maximumSubtitleBytes);
 
+    bool m_isLive = false;
     MpvState m_state;
+    PlaybackClock m_clock;
+    /// Asked of mpv and not answered yet.
+    mutable int m_timesAsked = 0;
+    bool m_judgesEnd = false;
+    std::optional<double> m_seekTarget;
     Stage m_stage = Stage::Opening;
     SeekDirection m_lastSeek = SeekDirection::Forward;
     FSPlaybackState m_playbackState = FSPlaybackState::Stopped;

@@ -4,15 +4,12 @@
 #include "playback/engine/MpvHandle.h"
 #include "playback/engine/MpvPlayer.h"
 #include "playback/engine/MpvVideoItem.h"
+#include "playback/engine/PublishedStream.h"
 
 #include <string_view>
 
 namespace ondavia::engine {
 namespace {
-
-// Of the answers that are asked for outside the table of properties, whose ids are small.
-constexpr std::uint64_t tracksAtBeginning = 1000;
-constexpr std::uint64_t durationAtOpening = 1001;
 
 /// `text` without `address` and its path, in whatever way mpv and FFmpeg quote them.
 std::string withoutAddress(std::string text, std::string_view address) {
@@ -57,7 +54,7 @@ void MpvPlayer::handle(const mpv_event& event) {
     case MPV_EVENT_HOOK:
         m_hook = static_cast<const mpv_event_hook*>(event.data)->id;
         // Before anything is read, which mpv would count as well.
-        m_handle->requestProperty(durationAtOpening, "duration", MPV_FORMAT_DOUBLE);
+        ask(Answer::DurationAtOpening);
         break;
     case MPV_EVENT_FILE_LOADED:
         handleLoaded();
@@ -65,11 +62,13 @@ void MpvPlayer::handle(const mpv_event& event) {
     case MPV_EVENT_PLAYBACK_RESTART:
         if (!m_playbackBegan) {
             // What was reported of the tracks may be older than their selection.
-            m_handle->requestProperty(tracksAtBeginning, "track-list", MPV_FORMAT_NODE);
+            ask(Answer::TracksAtBeginning);
         }
         break;
     case MPV_EVENT_GET_PROPERTY_REPLY:
-        handleReply(event);
+        if (!m_statistics.take(event)) {
+            handleReply(static_cast<Answer>(event.reply_userdata), event);
+        }
         break;
     case MPV_EVENT_END_FILE:
         handleEndOfFile(event);
@@ -82,13 +81,62 @@ void MpvPlayer::handle(const mpv_event& event) {
     }
 }
 
-void MpvPlayer::handleReply(const mpv_event& event) {
-    const auto* property = static_cast<const mpv_event_property*>(event.data);
-    if (event.reply_userdata == durationAtOpening) {
-        m_state.statedDuration = event.error >= 0 ? *static_cast<const double*>(property->data) : 0;
+bool MpvPlayer::ask(Answer answer) const {
+    const auto request = [this, answer](const char* name, mpv_format format) {
+        return m_handle->requestProperty(static_cast<std::uint64_t>(answer), name, format);
+    };
+    switch (answer) {
+    case Answer::TracksAtBeginning:
+        return request("track-list", MPV_FORMAT_NODE);
+    case Answer::PositionNow:
+        return request("time-pos", MPV_FORMAT_DOUBLE);
+    case Answer::DurationAtOpening:
+    case Answer::DurationNow:
+        return request("duration", MPV_FORMAT_DOUBLE);
+    case Answer::SeekableAtSeek:
+        return request("seekable", MPV_FORMAT_FLAG);
+    case Answer::SeekableInCacheAtSeek:
+        return request("partially-seekable", MPV_FORMAT_FLAG);
+    }
+    return false;
+}
+
+void MpvPlayer::handleReply(Answer answer, const mpv_event& event) {
+    // Null when mpv has no such value now.
+    const void* value = event.error < 0 ? nullptr : static_cast<const mpv_event_property*>(event.data)->data;
+    const auto isSet = [value] { return value != nullptr && *static_cast<const int*>(value) != 0; };
+    switch (answer) {
+    case Answer::TracksAtBeginning:
+        if (value != nullptr) {
+            handleBeginning(parseTrackList(*static_cast<const mpv_node*>(value)));
+        }
+        break;
+    case Answer::DurationAtOpening:
+        m_state.statedDuration = value != nullptr ? *static_cast<const double*>(value) : 0;
+        m_state.reportedDuration = *m_state.statedDuration;
         awaitOutput();
-    } else if (event.reply_userdata == tracksAtBeginning && event.error >= 0) {
-        handleBeginning(parseTrackList(*static_cast<const mpv_node*>(property->data)));
+        break;
+    case Answer::PositionNow:
+    case Answer::DurationNow:
+        takeTimes(answer, static_cast<const double*>(value));
+        break;
+    case Answer::SeekableAtSeek:
+        m_state.seekable = isSet();
+        break;
+    case Answer::SeekableInCacheAtSeek:
+        m_state.seekableInCache = isSet();
+        seek();
+        break;
+    }
+}
+
+// The position stays at its last value when mpv has none.
+void MpvPlayer::takeTimes(Answer answer, const double* seconds) {
+    if (answer == Answer::DurationNow) {
+        m_state.reportedDuration = seconds != nullptr ? *seconds : 0;
+        --m_timesAsked;
+    } else if (seconds != nullptr) {
+        m_clock.report(*seconds, PlaybackClock::Time::clock::now());
     }
 }
 
@@ -100,6 +148,9 @@ void MpvPlayer::handleLoaded() {
     for (const auto& command : std::exchange(m_commandsWhenLoaded, {})) {
         m_handle->command(command);
     }
+    if (m_seekTarget) {
+        considerSeek();
+    }
     post(FSPlayerIsPreparedToPlayNotification);
 }
 
@@ -110,11 +161,15 @@ void MpvPlayer::handleBeginning(TrackList tracks) {
 
 void MpvPlayer::handleEndOfFile(const mpv_event& event) {
     const auto& end = *static_cast<const mpv_event_end_file*>(event.data);
-    if (end.reason == MPV_END_FILE_REASON_ERROR) {
+    if (m_stage == Stage::Opening && m_stream != nullptr && m_stream->isPlaylist()) {
+        m_playlistAnswer = m_stream->answer();
+        m_stream.reset();
+        m_handle->command({"loadfile", m_content});
+    } else if (end.reason == MPV_END_FILE_REASON_ERROR) {
         AppLogger::player.error("Playback failed: %{public}s", {mpv_error_string(end.error)});
         finish(FSFinishReason::PlaybackError);
     } else if (end.reason == MPV_END_FILE_REASON_EOF) {
-        finish(reasonOfEnd(m_state.position, durationOf(m_state)));
+        finish(judgeEnd());
     }
 }
 
@@ -125,7 +180,9 @@ void MpvPlayer::handleLogMessage(const mpv_event& event) const {
         line.remove_suffix(1);
     }
     const std::string text = withoutAddress(std::string(line), m_content);
-    if (message.log_level <= MPV_LOG_LEVEL_ERROR) {
+    // mpv complains of playlists that it leaves to FFmpeg.
+    const bool isExpected = m_stage == Stage::Opening && m_stream != nullptr && m_stream->isPlaylist();
+    if (message.log_level <= MPV_LOG_LEVEL_ERROR && !isExpected) {
         AppLogger::player.error("[%{public}s] %s", {message.prefix, text});
     } else {
         AppLogger::player.debug("[%{public}s] %s", {message.prefix, text});
@@ -137,6 +194,7 @@ void MpvPlayer::settle() {
     settleBeginning();
     settleEnd();
     publishStates();
+    runClock();
 }
 
 void MpvPlayer::settleBeginning() {
@@ -155,10 +213,38 @@ void MpvPlayer::settleBeginning() {
 
 void MpvPlayer::settleEnd() {
     const bool isRunning = m_stage == Stage::Prepared || m_stage == Stage::Started;
-    if (m_state.endReached && isRunning) {
-        finish(reasonOfEnd(m_state.position, durationOf(m_state)));
-    } else if (!m_state.endReached && m_stage == Stage::Ended) {
-        m_stage = Stage::Started;
+    if (!m_state.endReached) {
+        m_judgesEnd = false;
+        m_stage = m_stage == Stage::Ended ? Stage::Started : m_stage;
+        return;
+    }
+    if (isRunning && !std::exchange(m_judgesEnd, true)) {
+        // What was asked for before may be answered with the times of before.
+        askTimesAnew();
+    }
+    if (isRunning && m_timesAsked == 0) {
+        finish(judgeEnd());
+    }
+}
+
+FSFinishReason MpvPlayer::judgeEnd() const {
+    const auto connection = m_stream != nullptr ? m_stream->end() : MediaStreamEnd::Open;
+    auto end = DataEnd::Unknown;
+    if (connection == MediaStreamEnd::Whole || isFileAddress(m_content)) {
+        end = DataEnd::Whole;
+    } else if (connection == MediaStreamEnd::BrokenOff) {
+        end = DataEnd::BrokenOff;
+    }
+    return reasonOfEnd(end, m_isLive, m_clock.position(PlaybackClock::Time::clock::now()),
+                       durationOf(m_state));
+}
+
+void MpvPlayer::runClock() {
+    const bool stalled = m_state.endReached || (m_loadState & FSLoadStateStalled) != 0;
+    const double rate = isPlaying() && !stalled ? static_cast<double>(m_rate) : 0;
+    if (rate != m_clock.rate()) {
+        m_clock.run(rate, PlaybackClock::Time::clock::now());
+        askTimesAnew();
     }
 }
 

@@ -8,23 +8,18 @@
 namespace ondavia::engine {
 namespace {
 
-enum class WhenAbsent { Reset, Keep };
-
 struct ObservedProperty final {
     const char* name;
     std::variant<bool MpvState::*, double MpvState::*, std::string MpvState::*, TrackList MpvState::*> member;
-    WhenAbsent whenAbsent = WhenAbsent::Reset;
 };
 
-const std::array<ObservedProperty, 13> observed = {{
+const std::array<ObservedProperty, 11> observed = {{
     {"pause", &MpvState::paused},
     {"seeking", &MpvState::seeking},
     {"paused-for-cache", &MpvState::pausedForCache},
     {"eof-reached", &MpvState::endReached},
     {"demuxer-cache-idle", &MpvState::cacheFull},
     {"demuxer-cache-duration", &MpvState::cachedSeconds},
-    {"time-pos", &MpvState::position, WhenAbsent::Keep},
-    {"duration", &MpvState::reportedDuration},
     {"seekable", &MpvState::seekable},
     {"partially-seekable", &MpvState::seekableInCache},
     {"file-size", &MpvState::fileSize},
@@ -62,11 +57,10 @@ void assign(TrackList& value, const void* data) {
 }
 
 template<class Value>
-void apply(MpvState& state, Value MpvState::*member, WhenAbsent whenAbsent,
-           const mpv_event_property& property) {
+void apply(MpvState& state, Value MpvState::*member, const mpv_event_property& property) {
     if (property.format == formatOf(member)) {
         assign(state.*member, property.data);
-    } else if (whenAbsent == WhenAbsent::Reset) {
+    } else {
         state.*member = Value();
     }
 }
@@ -85,8 +79,7 @@ void applyProperty(MpvState& state, std::uint64_t id, const mpv_event_property& 
     if (id < firstId || id - firstId >= observed.size()) {
         return;
     }
-    const auto& entry = observed[id - firstId];
-    std::visit([&](auto member) { apply(state, member, entry.whenAbsent, property); }, entry.member);
+    std::visit([&](auto member) { apply(state, member, property); }, observed[id - firstId].member);
 }
 
 } // namespace ondavia::engine

@@ -22,9 +22,8 @@ struct MpvState final {
     bool cacheFull = false;
     /// What is read ahead.
     double cachedSeconds = 0;
-    /// Stays at its last value when mpv has none, as at the end of a file.
-    double position = 0;
-    /// The greater of what the container says and what was read so far; 0 when there is neither.
+    /// The greater of what the container says and what was read so far; 0 when there is neither. Not
+    /// observed, since it grows with every packet of a channel.
     double reportedDuration = 0;
     /// What the container said when it was opened, before anything else was read; 0 when it said nothing.
     /// Absent until it is open.

@@ -64,7 +64,13 @@ double durationOf(const MpvState& state) {
     return canBeSoughtThrough || isFile || saysItsLength(state) ? state.reportedDuration : 0;
 }
 
-FSFinishReason reasonOfEnd(double position, double duration) {
+FSFinishReason reasonOfEnd(DataEnd end, bool isLive, double position, double duration) {
+    if (end == DataEnd::BrokenOff || (isLive && !(duration > 0))) {
+        return FSFinishReason::PlaybackError;
+    }
+    if (end == DataEnd::Whole) {
+        return FSFinishReason::PlaybackEnded;
+    }
     constexpr double slackSeconds = 3;
     constexpr double slackShare = 0.02;
     const double slack = std::max(slackSeconds, duration * slackShare);

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "base/PlaybackClock.h"
 #include "platform/FSPlayer.h"
 #include "playback/engine/MpvProperties.h"
 
@@ -38,10 +39,20 @@ enum class SeekDirection { Forward, Backward };
 /// long it is.
 [[nodiscard]] double durationOf(const MpvState& state);
 
-/// mpv reports a cut connection as the end of the data, so the position decides: an end well before the
-/// known end is an error, and so is any end of a stream that has none, as a live channel. Seconds;
-/// `duration` 0 when not known.
-[[nodiscard]] FSFinishReason reasonOfEnd(double position, double duration);
+/// How the data of a stream ended, as far as that is known.
+enum class DataEnd {
+    /// All of it came.
+    Whole,
+    /// The connection broke off, or never gave any.
+    BrokenOff,
+    /// FFmpeg fetched it itself, as it does with playlists, or the demuxer stopped before the end.
+    Unknown
+};
+
+/// What an end of playback means. mpv takes a cut connection for the end of the data, so that the
+/// connection decides. Where it cannot be asked the position does: an end well before the known end is an
+/// error. `isLive` marks what has no end: every end is an error, unless it has a duration as a recording has.
+[[nodiscard]] FSFinishReason reasonOfEnd(DataEnd end, bool isLive, double position, double duration);
 
 /// mpv's volume (0 to 100, a cube root of the gain) for a gain of 0.0 to 1.0.
 [[nodiscard]] double mpvVolume(float gain);

@@ -5,6 +5,7 @@
 #include <cstdint>
 #include <optional>
 #include <string>
+#include <string_view>
 #include <vector>
 
 namespace ondavia {
@@ -100,5 +101,11 @@ struct XtreamSeriesItem final {
 
     bool operator==(const XtreamSeriesItem&) const = default;
 };
+
+/// The action whose reply is a list of such rows.
+template<class Row> inline constexpr std::string_view listAction = {};
+template<> inline constexpr std::string_view listAction<XtreamLiveStream> = "get_live_streams";
+template<> inline constexpr std::string_view listAction<XtreamVodStream> = "get_vod_streams";
+template<> inline constexpr std::string_view listAction<XtreamSeriesItem> = "get_series";
 
 } // namespace ondavia

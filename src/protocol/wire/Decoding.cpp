@@ -1,8 +1,8 @@
 #include "protocol/wire/Decoding.h"
 
+#include "base/FatalFault.h"
+#include "base/VisibleText.h"
 #include "protocol/wire/WireDecoder.h"
-
-#include <charconv>
 
 namespace ondavia {
 namespace wire {
@@ -22,7 +22,7 @@ std::string pathText(const PathStep* path) {
     for (; path != nullptr; path = path->parent) {
         const bool needsDot = !text.empty() && text.front() != '[';
         const std::string step =
-            path->position >= 0 ? "[" + std::to_string(path->position) + "]" : std::string(path->key);
+            path->position >= 0 ? "[" + std::to_string(path->position) + "]" : beginning(path->key);
         text.insert(0, step + (needsDot ? "." : ""));
     }
     return text;
@@ -31,16 +31,16 @@ std::string pathText(const PathStep* path) {
 } // namespace
 
 void WireDecoder::decode(Element value, std::int64_t& target, const PathStep& path) {
-    if (value.get(target) == simdjson::SUCCESS) {
-        return;
-    }
-    double number = 0;
-    const auto whole =
-        value.is_double() && value.get(number) == simdjson::SUCCESS ? exactInteger(number) : std::nullopt;
-    if (!whole) {
+    if (value.get(target) != simdjson::SUCCESS) {
+        requireExactNumbers(value);
         fail(&path, "integer", value);
     }
-    target = *whole;
+}
+
+void WireDecoder::requireExactNumbers(Element value) const {
+    if (value.is_double() && !m_parser.isExact()) {
+        throw NeedsExactNumbers();
+    }
 }
 
 void WireDecoder::decode(Element value, FlexibleString& target, const PathStep& /*path*/) {
@@ -50,6 +50,7 @@ void WireDecoder::decode(Element value, FlexibleString& target, const PathStep& 
         target.value.emplace(text);
     } else if (value.get(number) == simdjson::SUCCESS) {
         target.value = flexibleText(number);
+        m_hasFatalNumber = m_hasFatalNumber || !target.value;
     } else {
         target.value.reset();
     }
@@ -57,15 +58,13 @@ void WireDecoder::decode(Element value, FlexibleString& target, const PathStep& 
 
 void WireDecoder::decode(Element value, FlexibleInt& target, const PathStep& /*path*/) {
     std::string_view text;
-    double number = 0;
     std::int64_t integer = 0;
     if (value.get(integer) == simdjson::SUCCESS) {
         target.value = integer;
     } else if (value.get(text) == simdjson::SUCCESS) {
         target.value = parseDecimalInteger(text);
-    } else if (value.is_double() && value.get(number) == simdjson::SUCCESS) {
-        target.value = exactInteger(number);
     } else {
+        requireExactNumbers(value);
         target.value.reset();
     }
 }
@@ -90,6 +89,7 @@ void WireDecoder::record(Element value, XtreamSeriesInfo& record, const PathStep
 /// costs the episodes and not the series.
 void WireDecoder::decode(Element value, std::optional<XtreamEpisodeMap>& target, const PathStep& path) {
     target.reset();
+    const bool hadFatalNumber = m_hasFatalNumber;
     try {
         if (value.is_object()) {
             decodeSeasonsByKey(value, target.emplace(), path);
@@ -97,13 +97,21 @@ void WireDecoder::decode(Element value, std::optional<XtreamEpisodeMap>& target,
             decodeSeasonsByPosition(value, target.emplace(), path);
         }
     } catch (const DecodingError&) {
+        if (m_elements > maximumReplyElements) {
+            // A bound of ours and not the server's shape.
+            throw;
+        }
         // By design without a trace: the series stays usable with its seasons and detail.
         target.reset();
+        // What is not kept needs no outcome either.
+        m_hasFatalNumber = hadFatalNumber;
     }
 }
 
 void WireDecoder::decodeSeasonsByKey(Element value, XtreamEpisodeMap& target, const PathStep& path) {
-    for (const auto [key, episodes] : simdjson::dom::object(value)) {
+    const simdjson::dom::object seasons(value);
+    (void)countedSize(seasons, &path);
+    for (const auto [key, episodes] : seasons) {
         auto& season = target[std::string(key)];
         season.clear();
         decode(episodes, season, PathStep{&path, key, -1});
@@ -111,23 +119,15 @@ void WireDecoder::decodeSeasonsByKey(Element value, XtreamEpisodeMap& target, co
 }
 
 void WireDecoder::decodeSeasonsByPosition(Element value, XtreamEpisodeMap& target, const PathStep& path) {
+    const simdjson::dom::array seasons(value);
+    (void)countedSize(seasons, &path);
     PathStep step{&path, {}, 0};
-    for (const Element episodes : simdjson::dom::array(value)) {
+    for (const Element episodes : seasons) {
         if (!episodes.is_null()) {
             decode(episodes, target[std::to_string(step.position)], step);
         }
         ++step.position;
     }
-}
-
-/// How many elements `array` has, for room to be made in one go. A few bytes of JSON can make hundreds
-/// of bytes of records, so their sum is bounded.
-std::size_t WireDecoder::countedSize(simdjson::dom::array array, const PathStep* path) {
-    m_elements += array.size();
-    if (m_elements > maximumReplyElements) {
-        raise(path, "reply of at most " + std::to_string(maximumReplyElements) + " list elements", "more");
-    }
-    return array.size();
 }
 
 void WireDecoder::fail(const PathStep* path, std::string_view expected, Element found) const {
@@ -139,8 +139,8 @@ void WireDecoder::failMissing(const PathStep& path) const {
 }
 
 void WireDecoder::raise(const PathStep* path, std::string_view expected, std::string found) const {
-    throw DecodingError(
-        {std::string(m_action), m_row, pathText(path), std::string(expected), std::move(found)});
+    throw DecodingError({std::string(m_action), m_row, visibleText(maskSecrets(pathText(path))),
+                         std::string(expected), std::move(found)});
 }
 
 std::string WireDecoder::describe(Element found, const PathStep* path) const {
@@ -157,16 +157,13 @@ std::string WireDecoder::describe(Element found, const PathStep* path) const {
     case simdjson::dom::element_type::STRING:
         return isHidden ? "text" : "text " + excerpt(std::string_view(found));
     default:
-        return isHidden ? "number" : "number " + simdjson::minify(found);
+        return isHidden ? "number" : "number " + maskSecrets(simdjson::minify(found));
     }
 }
 
 } // namespace wire
 
 namespace {
-
-/// The byte-order mark that some servers put in front of their replies.
-constexpr std::string_view byteOrderMark = "\xEF\xBB\xBF";
 
 template<class T> constexpr bool isVector = false;
 template<class T> constexpr bool isVector<std::vector<T>> = true;
@@ -179,10 +176,14 @@ void requireReplyWithinBound(std::size_t bytes, std::string_view action) {
     }
 }
 
+void raiseFatalNumber() {
+    fatalFault("a whole number beyond 64 bits where a text was expected");
+}
+
 template<class Reply> Reply decodeReply(std::string_view json, std::string_view action) {
     requireReplyWithinBound(json.size(), action);
-    if (json.starts_with(byteOrderMark)) {
-        json.remove_prefix(byteOrderMark.size());
+    if (json.starts_with(wire::byteOrderMark)) {
+        json.remove_prefix(wire::byteOrderMark.size());
     }
     wire::JSONParser parser;
     wire::Element root;
@@ -196,14 +197,19 @@ template<class Reply> Reply decodeReply(std::string_view json, std::string_view 
                              std::string(simdjson::error_message(error)) +
                                  (isBracketed ? std::string() : " " + excerpt(json))});
     }
-    wire::WireDecoder decoder(action, parser);
-    if constexpr (isVector<Reply>) {
-        return decoder.rows<typename Reply::value_type>(root, 0);
-    } else {
+    return wire::decodeExactly(parser, root, json, [&](wire::Element element) {
+        wire::WireDecoder decoder(action, parser);
         Reply reply;
-        decoder.record(root, reply, nullptr);
+        if constexpr (isVector<Reply>) {
+            reply = decoder.rows<typename Reply::value_type>(element, 0);
+        } else {
+            decoder.record(element, reply, nullptr);
+        }
+        if (decoder.hasFatalNumber()) {
+            raiseFatalNumber();
+        }
         return reply;
-    }
+    });
 }
 
 #define ONDAVIA_INSTANTIATE(...)                                                                             \

@@ -25,9 +25,14 @@ inline constexpr std::size_t maximumReplyElements = 250'000;
 /// collects more. Any thread.
 void requireReplyWithinBound(std::size_t bytes, std::string_view action);
 
+/// Ends the process for a number of the kind that FlexibleString has no outcome for. Only after the whole
+/// reply has been found to be well: anything else wrong with it comes first. Any thread.
+[[noreturn]] void raiseFatalNumber();
+
 /// Decodes one whole reply. Fields are strict: one value of the wrong JSON type raises DecodingError, as
 /// do malformed JSON, invalid UTF-8, nesting beyond 1024 levels and what is beyond the bounds above.
-/// Unknown keys are ignored, of a key that occurs twice the last counts. `action` is for the error text.
+/// Unknown keys are ignored. Of a key that occurs twice the last value counts, though each must be well, and
+/// a number that `raiseFatalNumber` is for ends the process in any of them. `action` is for the error text.
 /// Any thread.
 ///
 /// There is one for XtreamAuthResponse, XtreamSeriesInfo, XtreamEPGResponse and the vectors of

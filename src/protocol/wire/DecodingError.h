@@ -1,5 +1,7 @@
 #pragma once
 
+#include "base/Redaction.h"
+
 #include <cstdint>
 #include <memory>
 #include <optional>
@@ -39,7 +41,11 @@ private:
     std::shared_ptr<const DecodingFailure> m_failure;
 };
 
-/// The first 40 bytes or so of `text` in quotation marks, secrets masked, on one line.
-[[nodiscard]] std::string excerpt(std::string_view text);
+/// The first 40 bytes or so of `text` with "..." for the rest, secrets masked.
+[[nodiscard]] std::string beginning(std::string_view text);
+
+/// The first 40 bytes or so of `text` in quotation marks, secrets masked, on one line. `end` says whether
+/// `text` is itself a piece of a longer one.
+[[nodiscard]] std::string excerpt(std::string_view text, TextEnd end = TextEnd::Whole);
 
 } // namespace ondavia

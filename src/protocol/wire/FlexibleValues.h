@@ -7,7 +7,8 @@
 namespace ondavia {
 
 /// A text that some servers send as a number. Decoding it never fails: what is neither text nor number
-/// is absent. A whole number beyond 64 bits has no outcome at all and is a fatal fault.
+/// is absent. A whole number beyond 64 bits has no outcome at all and is a fatal fault, once the rest of its
+/// reply has been found to be well.
 struct FlexibleString final {
     std::optional<std::string> value;
 

@@ -5,8 +5,9 @@
 namespace ondavia::wire {
 namespace {
 
-/// More digits than this may be beyond 64 bits.
-constexpr std::size_t safeDigits = 18;
+/// An integer of no more bytes is within 64 bits, and a number without an exponent within a float.
+constexpr std::size_t safeIntegerBytes = 18;
+constexpr std::size_t safeFloatBytes = 300;
 
 /// The end of the string that opens at `from`, behind its closing quotation mark.
 std::size_t endOfString(std::string_view text, std::size_t from) {
@@ -28,13 +29,9 @@ bool startsNumber(char character) {
 
 simdjson::simdjson_result<simdjson::dom::element> JSONParser::parsePadded(std::string_view text) {
     m_replacedNumbers = false;
+    m_isExact = false;
     auto parsed = m_parser.parse(text.data(), text.size(), false);
-    if (parsed.error() != simdjson::NUMBER_ERROR) {
-        return parsed;
-    }
-    m_copy = withRepresentableNumbers(text);
-    m_copy.append(padding, ' ');
-    return m_parser.parse(m_copy.data(), m_copy.size() - padding, false);
+    return parsed.error() == simdjson::NUMBER_ERROR ? parseExactly(text) : parsed;
 }
 
 simdjson::simdjson_result<simdjson::dom::element> JSONParser::parse(std::string_view text) {
@@ -45,7 +42,15 @@ simdjson::simdjson_result<simdjson::dom::element> JSONParser::parse(std::string_
     return parsePadded(std::string_view(padded).substr(0, text.size()));
 }
 
-std::string JSONParser::withRepresentableNumbers(std::string_view text) {
+simdjson::simdjson_result<simdjson::dom::element> JSONParser::parseExactly(std::string_view text) {
+    m_replacedNumbers = false;
+    m_isExact = true;
+    m_copy = withExactNumbers(text);
+    m_copy.append(padding, ' ');
+    return m_parser.parse(m_copy.data(), m_copy.size() - padding, false);
+}
+
+std::string JSONParser::withExactNumbers(std::string_view text) {
     std::string output;
     output.reserve(text.size() + text.size() / 8);
     std::size_t at = 0;
@@ -66,27 +71,30 @@ std::string JSONParser::withRepresentableNumbers(std::string_view text) {
     return output;
 }
 
-/// A long integer gets an exponent, which makes it a float; a number that no float can hold becomes
-/// `true`; what is no number at all stays, to be refused.
+/// An integer is written as one, and of any other number nothing that looks like one: a long integer gets an
+/// exponent, which makes it a float. A number that no float can hold becomes `true`; what is no number at all
+/// stays, to be refused.
 void JSONParser::appendNumber(std::string& output, std::string_view token) {
     const bool isFloat = token.find_first_of(".eE") != std::string_view::npos;
-    if ((!isFloat && token.size() <= safeDigits) || !isJSONNumber(token)) {
+    if ((!isFloat && token.size() <= safeIntegerBytes) || !isJSONNumber(token)) {
         output.append(token);
-        return;
-    }
-    std::string asFloat = '[' + std::string(token) + (isFloat ? "]" : "e0]");
-    const auto length = asFloat.size();
-    asFloat.append(padding, ' ');
-    const bool isInteger64 =
-        !isFloat && m_numberParser.parse(token.data(), token.size()).error() == simdjson::SUCCESS;
-    if (isInteger64) {
-        output.append(token);
-    } else if (m_numberParser.parse(asFloat.data(), length, false).error() == simdjson::SUCCESS) {
-        output.append(asFloat, 1, length - 2);
+    } else if (const auto integer = exactInteger(token)) {
+        output.append(std::to_string(*integer));
+    } else if (isWithinFloat(token)) {
+        output.append(token).append(isFloat ? "" : "e0");
     } else {
         output.append("true");
         m_replacedNumbers = true;
     }
+}
+
+bool JSONParser::isWithinFloat(std::string_view token) {
+    const bool hasExponent = token.find_first_of("eE") != std::string_view::npos;
+    if (!hasExponent && token.size() <= safeFloatBytes) {
+        return true;
+    }
+    const std::string asFloat = '[' + std::string(token) + (hasExponent ? "]" : "e0]");
+    return m_numberParser.parse(asFloat).error() == simdjson::SUCCESS;
 }
 
 } // namespace ondavia::wire

@@ -21,10 +21,21 @@ template<class Row> void XtreamListDecoder<Row>::decodeBatch(std::string_view ba
     if (const auto error = m_parser->parsePadded(batch).get(list)) {
         failAtBrokenRow(batch, simdjson::error_message(error));
     }
-    wire::WireDecoder decoder(m_action, *m_parser);
-    auto rows = decoder.rows<Row>(list, m_rowCount);
+    auto rows = wire::decodeExactly(*m_parser, list, batch, [this](wire::Element element) {
+        wire::WireDecoder decoder(m_action, *m_parser);
+        auto decoded = decoder.rows<Row>(element, m_rowCount);
+        m_hasFatalNumber = m_hasFatalNumber || decoder.hasFatalNumber();
+        return decoded;
+    });
     m_rowCount += static_cast<std::int64_t>(rows.size());
     m_onRows(std::move(rows));
+}
+
+template<class Row> void XtreamListDecoder<Row>::finish() {
+    m_splitter.finish();
+    if (m_hasFatalNumber) {
+        raiseFatalNumber();
+    }
 }
 
 /// The parser doesn't say where it stopped, so the rows of the batch are tried one by one.

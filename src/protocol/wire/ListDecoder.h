@@ -37,7 +37,9 @@ public:
 
     /// Raises DecodingError.
     void feed(std::string_view bytes) { m_splitter.feed(bytes); }
-    void finish() { m_splitter.finish(); }
+    /// After the last byte of a list that arrived whole. Raises DecodingError; a number of a kind that has no
+    /// outcome ends the process here, and not while the list may still turn out to be none.
+    void finish();
 
     /// Rows handed out so far.
     [[nodiscard]] std::int64_t rowCount() const { return m_rowCount; }
@@ -51,6 +53,7 @@ private:
     std::unique_ptr<wire::JSONParser> m_parser;
     RowSplitter m_splitter;
     std::int64_t m_rowCount = 0;
+    bool m_hasFatalNumber = false;
 };
 
 } // namespace ondavia

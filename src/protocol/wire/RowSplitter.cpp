@@ -1,6 +1,7 @@
 #include "protocol/wire/RowSplitter.h"
 
 #include "protocol/wire/DecodingError.h"
+#include "protocol/wire/JSONParser.h"
 
 #include <algorithm>
 #include <bit>
@@ -14,7 +15,6 @@ namespace {
 
 constexpr std::size_t sliceBytes = std::size_t{64} << 10;
 constexpr std::size_t blockBytes = 64;
-constexpr std::string_view byteOrderMark = "\xEF\xBB\xBF";
 constexpr std::string_view whiteSpace = " \t\r\n";
 
 /// One bit for each byte of a block, the lowest for the first byte.
@@ -143,8 +143,8 @@ void RowSplitter::scanBeforeList(Ending ending) {
         return;
     }
     const std::string_view text(m_buffer.data(), m_end);
-    if (m_scanned == 0 && text.starts_with(byteOrderMark)) {
-        m_scanned = byteOrderMark.size();
+    if (m_scanned == 0 && text.starts_with(wire::byteOrderMark)) {
+        m_scanned = wire::byteOrderMark.size();
     }
     const auto bracket = text.find_first_not_of(whiteSpace, m_scanned);
     if (bracket == std::string_view::npos) {
@@ -154,7 +154,7 @@ void RowSplitter::scanBeforeList(Ending ending) {
         return;
     }
     if (text[bracket] != '[') {
-        fail("list", text[bracket] == '{' ? "object" : "text " + excerpt(text.substr(bracket, 200)));
+        fail("list", text[bracket] == '{' ? "object" : "text " + excerpt(text.substr(bracket), TextEnd::Cut));
     }
     m_scanned = m_rowStart = m_batchStart = bracket + 1;
     m_depth = 1;
@@ -208,7 +208,7 @@ void RowSplitter::scanBlock(const char* block) {
 void RowSplitter::scanAfterList() {
     const std::string_view rest(m_buffer.data() + m_scanned, m_end - m_scanned);
     if (const auto stray = rest.find_first_not_of(whiteSpace); stray != std::string_view::npos) {
-        fail("end of the text", "text " + excerpt(rest.substr(stray, 200)) + " behind the list");
+        fail("end of the text", "text " + excerpt(rest.substr(stray), TextEnd::Cut) + " behind the list");
     }
     m_end = m_scanned = 0;
 }

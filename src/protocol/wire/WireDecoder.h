@@ -1,7 +1,7 @@
 #pragma once
 
 #include "base/Text.h"
-#include "protocol/wire/DecodingError.h"
+#include "protocol/wire/Decoding.h"
 #include "protocol/wire/JSONParser.h"
 #include "protocol/wire/Numbers.h"
 #include "protocol/wire/WireFields.h"
@@ -24,6 +24,10 @@ struct PathStep final {
 /// Turns parsed JSON into wire records by their field tables. Raises DecodingError.
 class WireDecoder final {
 public:
+    /// Raised where an integer is asked for and the parser has kept no more than a float: parse exactly, and
+    /// begin again.
+    struct NeedsExactNumbers final {};
+
     WireDecoder(std::string_view action, const JSONParser& parser)
         : m_action(action)
         , m_parser(parser) {}
@@ -46,6 +50,10 @@ public:
 
     template<WireRecord Record> void record(Element value, Record& record, const PathStep* path);
     void record(Element value, XtreamSeriesInfo& record, const PathStep* path);
+
+    /// Whether a flexible field held a number that it has no outcome for. Whoever has found the whole reply
+    /// to be well ends the process then.
+    [[nodiscard]] bool hasFatalNumber() const { return m_hasFatalNumber; }
 
 private:
     template<class Record> struct Entry final {
@@ -95,7 +103,9 @@ private:
     void decodeSeasonsByKey(Element value, XtreamEpisodeMap& target, const PathStep& path);
     void decodeSeasonsByPosition(Element value, XtreamEpisodeMap& target, const PathStep& path);
 
-    [[nodiscard]] std::size_t countedSize(simdjson::dom::array array, const PathStep* path);
+    void requireExactNumbers(Element value) const;
+    template<class Container>
+    [[nodiscard]] std::size_t countedSize(const Container& elements, const PathStep* path);
 
     [[noreturn]] void fail(const PathStep* path, std::string_view expected, Element found) const;
     [[noreturn]] void failMissing(const PathStep& path) const;
@@ -106,6 +116,7 @@ private:
     const JSONParser& m_parser;
     std::optional<std::int64_t> m_row;
     std::size_t m_elements = 0;
+    bool m_hasFatalNumber = false;
 };
 
 template<class Record> constexpr auto WireDecoder::makeEntries() {
@@ -117,6 +128,29 @@ template<class Record> constexpr auto WireDecoder::makeEntries() {
                           &WireDecoder::decodeField<Record, Index>}...};
     }
     (std::make_index_sequence<std::tuple_size_v<decltype(Wire<Record>::fields)>>());
+}
+
+/// How many elements `elements` has, for room to be made in one go. A few bytes of JSON can make hundreds
+/// of bytes of records, so their sum is bounded.
+template<class Container>
+std::size_t WireDecoder::countedSize(const Container& elements, const PathStep* path) {
+    m_elements += elements.size();
+    if (m_elements > maximumReplyElements) {
+        raise(path, "reply of at most " + std::to_string(maximumReplyElements) + " list elements", "more");
+    }
+    return elements.size();
+}
+
+/// What `decode` makes of the root of `parsed`, which is the parse of `text`, or of an exact one where that
+/// is needed.
+template<class Decode>
+auto decodeExactly(JSONParser& parser, Element parsed, std::string_view text, Decode decode) {
+    try {
+        return decode(parsed);
+    } catch (const WireDecoder::NeedsExactNumbers&) {
+        // Whether it is JSON has been seen: only numbers are written in another way.
+        return decode(parser.parseExactly(text).value());
+    }
 }
 
 /// Servers keep the order of their keys, so the search for each starts behind the last one found.

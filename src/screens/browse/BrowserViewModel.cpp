@@ -25,6 +25,7 @@ BrowserViewModel::BrowserViewModel(BrowserKind kind, AppState& appState, Library
     const auto changed =
         kind == BrowserKind::Live ? &AppState::liveCategoriesChanged : &AppState::vodCategoriesChanged;
     connect(&appState, changed, this, &BrowserViewModel::refresh);
+    connect(&appState, &AppState::isLoadingChanged, this, &BrowserViewModel::isLoadingChanged);
     refresh();
 }
 
@@ -56,6 +57,10 @@ std::vector<CategoryRow> BrowserViewModel::countedCategories() const {
         }
     }
     return rows;
+}
+
+bool BrowserViewModel::isLoading() const {
+    return m_appState.isLoading();
 }
 
 int BrowserViewModel::categoryRow() const {

@@ -33,6 +33,8 @@ class BrowserViewModel final : public QObject {
     Q_PROPERTY(ondavia::CategoryListModel* categories READ categories CONSTANT)
     /// The titles of the open category, by number.
     Q_PROPERTY(ondavia::ChannelListModel* titles READ titles CONSTANT)
+    /// The catalogue is on its way for the first time: that a list is empty says nothing yet.
+    Q_PROPERTY(bool isLoading READ isLoading NOTIFY isLoadingChanged)
     Q_PROPERTY(QString categoryName READ categoryName NOTIFY categoryChanged)
     /// Row of the open category; -1 when none is.
     Q_PROPERTY(int categoryRow READ categoryRow NOTIFY categoryChanged)
@@ -44,12 +46,14 @@ public:
 
     [[nodiscard]] CategoryListModel* categories() { return &m_categories; }
     [[nodiscard]] ChannelListModel* titles() { return &m_titles; }
+    [[nodiscard]] bool isLoading() const;
     [[nodiscard]] QString categoryName() const { return QString::fromStdString(m_categoryName); }
     [[nodiscard]] int categoryRow() const;
 
     Q_INVOKABLE void openCategory(int row);
     Q_INVOKABLE void play(int row);
 
+    Q_SIGNAL void isLoadingChanged();
     Q_SIGNAL void categoryChanged();
 
 private:

@@ -1,5 +1,7 @@
 #include "screens/browse/CategoryListModel.h"
 
+#include <QLocale>
+
 namespace ondavia {
 
 void CategoryListModel::setRows(std::vector<CategoryRow> rows) {
@@ -25,7 +27,7 @@ QVariant CategoryListModel::data(const QModelIndex& index, int role) const {
     case NameRole:
         return QString::fromStdString(row.name);
     case CountTextRole:
-        return row.count ? QString::number(*row.count) : QString();
+        return row.count ? QLocale().toString(static_cast<qlonglong>(*row.count)) : QString();
     default:
         return {};
     }

@@ -1,7 +1,7 @@
 #include "screens/browse/ChannelListModel.h"
 
 #include "base/AppLogger.h"
-#include "screens/browse/PictureProvider.h"
+#include "screens/pictures/PictureProvider.h"
 #include "store/LibraryStore.h"
 
 #include <QUrl>

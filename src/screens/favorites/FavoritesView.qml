@@ -1,5 +1,5 @@
 import QtQuick
-import Ondavia
+import Ondavia.Style
 
 /// The favourites tab.
 EmptyStateView {

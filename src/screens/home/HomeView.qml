@@ -1,25 +1,25 @@
 pragma ComponentBehavior: Bound
 import QtQuick
-import Ondavia
+import Ondavia.Home
+import Ondavia.Style
 
 /// The first page: a welcome that leads to the sign-in step, or what the catalogue holds.
 FocusScope {
     id: view
-    required property ScreenModels models
-    readonly property HomeViewModel model: view.models.home
+    required property HomeViewModel model
     readonly property real margin: Theme.marginFor(view.width)
     readonly property bool isWide: view.width >= 720
+    readonly property bool lacksAccount: !view.model.hasAccount && !view.model.isAwaitingAccount
 
     WaveBackdrop {
         anchors.fill: parent
         horizon: 0.6
     }
 
-    Flickable {
+    ScrollPage {
         id: flick
         anchors.fill: parent
         contentHeight: Math.max(height, page.implicitHeight + view.margin * 2)
-        boundsBehavior: Flickable.StopAtBounds
 
         Column {
             id: page
@@ -52,19 +52,29 @@ FocusScope {
                 spacing: Theme.unit * 4
                 Repeater {
                     model: [
-                        { text: Texts.get("home.channels", "Canais"), symbol: "tv.fill", tab: 1 },
-                        { text: Texts.get("tab.movies", "Filmes"), symbol: "film.fill", tab: 2 },
-                        { text: Texts.get("tab.series", "Series"), symbol: "play.rectangle.on.rectangle.fill", tab: 3 }
+                        {
+                            text: Texts.get("home.channels", "Canais"), symbol: "tv.fill",
+                            open: () => view.model.openLive()
+                        },
+                        {
+                            text: Texts.get("tab.movies", "Filmes"), symbol: "film.fill",
+                            open: () => view.model.openMovies()
+                        },
+                        {
+                            text: Texts.get("tab.series", "Series"), symbol: "play.rectangle.on.rectangle.fill",
+                            open: () => view.model.openSeries()
+                        }
                     ]
                     StatTile {
                         required property var modelData
                         required property int index
+                        focus: view.model.hasCatalogue && index === 0
                         width: view.isWide ? (page.width - Theme.unit * 8) / 3 : page.width
                         height: view.isWide ? 120 : 88
                         text: modelData.text
                         symbol: modelData.symbol
                         figure: view.model.totals[index]
-                        onClicked: view.models.content.selectedTab = modelData.tab
+                        onClicked: modelData.open()
                     }
                 }
             }
@@ -72,25 +82,27 @@ FocusScope {
                 width: parent.width
                 topPadding: Theme.unit
                 spacing: Theme.unit * 3
+                Spinner { running: view.model.isAwaitingAccount }
                 Button {
-                    visible: !view.model.hasAccount
-                    focus: !view.model.hasAccount
+                    visible: view.lacksAccount
+                    focus: view.lacksAccount
                     text: Texts.get("home.addProvider", "Adicionar provedor")
                     symbol: "plus"
-                    onClicked: view.models.signIn.open()
+                    onClicked: view.model.addProvider()
                 }
                 Button {
-                    visible: view.model.hasAccount && !view.model.hasCatalogue
+                    visible: view.model.lacksCatalogue
+                    focus: view.model.lacksCatalogue
                     text: Texts.get("home.retry", "Tentar novamente")
                     symbol: "arrow.clockwise"
-                    onClicked: view.models.content.start()
+                    onClicked: view.model.load()
                 }
                 Button {
-                    visible: view.model.hasAccount && !view.model.hasCatalogue
+                    visible: view.model.lacksCatalogue
                     text: Texts.get("home.changeAccount", "Mudar de conta")
                     kind: Button.Secondary
                     symbol: "person"
-                    onClicked: view.models.signIn.open()
+                    onClicked: view.model.addProvider()
                 }
             }
         }

@@ -1,6 +1,6 @@
 import QtQuick
 import QtQuick.Templates as T
-import Ondavia
+import Ondavia.Style
 
 /// A number of the catalogue, and the way to what it counts.
 T.Button {
@@ -51,8 +51,7 @@ T.Button {
     }
     background: Rectangle {
         radius: Theme.cardRadius
-        color: tile.down ? Qt.rgba(0.16, 0.2, 0.27, 0.95) : tile.hovered ? Qt.rgba(0.13, 0.17, 0.22, 0.92)
-            : Qt.rgba(0.08, 0.1, 0.14, 0.82)
+        color: tile.down ? Theme.tilePressed : tile.hovered ? Theme.tileHover : Theme.tile
         border.width: 1
         border.color: Theme.hairline
         Behavior on color { ColorAnimation { duration: Theme.motionShort } }

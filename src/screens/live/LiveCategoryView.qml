@@ -1,6 +1,7 @@
 pragma ComponentBehavior: Bound
 import QtQuick
-import Ondavia
+import Ondavia.Browse
+import Ondavia.Style
 
 /// The channels of one category. A tap plays.
 FocusScope {
@@ -31,6 +32,7 @@ FocusScope {
         focus: true
         minimumCellWidth: 340
         cellHeight: 80 + gap
+        edge: view.margin - gap
         bottomMargin: view.margin
         model: view.model.titles
         delegate: FocusScope {
@@ -56,7 +58,7 @@ FocusScope {
     }
     EmptyStateView {
         anchors.fill: parent
-        visible: grid.count === 0
+        visible: grid.count === 0 && !view.model.isLoading
         icon: "tv.fill"
         title: Texts.get("live.empty", "Sem canais")
         message: Texts.get("live.emptyCategory", "O provedor não tem canais nesta categoria.")

@@ -1,6 +1,7 @@
 pragma ComponentBehavior: Bound
 import QtQuick
-import Ondavia
+import Ondavia.Browse
+import Ondavia.Style
 
 /// The live tab's root: the provider's categories with their numbers of channels.
 FocusScope {
@@ -26,6 +27,7 @@ FocusScope {
         focus: true
         minimumCellWidth: 300
         cellHeight: 64 + gap
+        edge: view.margin - gap
         bottomMargin: view.margin
         model: view.model.categories
         delegate: FocusScope {
@@ -53,7 +55,7 @@ FocusScope {
     }
     EmptyStateView {
         anchors.fill: parent
-        visible: grid.count === 0
+        visible: grid.count === 0 && !view.model.isLoading
         icon: "tv.fill"
         title: Texts.get("live.empty", "Sem canais")
         message: Texts.get("live.emptyMessage", "Os canais aparecem aqui assim que o catálogo do provedor for carregado.")

@@ -1,6 +1,7 @@
 pragma ComponentBehavior: Bound
 import QtQuick
-import Ondavia
+import Ondavia.Browse
+import Ondavia.Style
 
 /// The films: the provider's categories as a row of chips, the chosen one as a grid of posters. A tap
 /// plays.
@@ -16,7 +17,7 @@ FocusScope {
         width: view.width - view.margin * 2
         title: Texts.get("movies.title", "Filmes")
     }
-    ListView {
+    ChipRow {
         id: chips
         objectName: "movieCategories"
         anchors.top: header.bottom
@@ -24,32 +25,15 @@ FocusScope {
         height: count > 0 ? 60 : 0
         leftMargin: view.margin
         rightMargin: view.margin
-        orientation: ListView.Horizontal
-        spacing: Theme.unit * 2
-        activeFocusOnTab: count > 0
-        keyNavigationEnabled: true
-        boundsBehavior: Flickable.StopAtBounds
-        highlightMoveDuration: Theme.motion
-        Accessible.role: Accessible.List
         Accessible.name: Texts.get("movies.categories", "Categorias")
         model: view.model.categories
-        currentIndex: view.model.categoryRow
-        delegate: Chip {
-            id: chip
-            required property int index
-            required property string name
-            y: Theme.unit
-            text: chip.name
-            highlighted: chip.index === view.model.categoryRow
-            onClicked: {
-                chips.currentIndex = chip.index
-                view.model.openCategory(chip.index)
-            }
-        }
+        chosen: view.model.categoryRow
+        onPicked: index => view.model.openCategory(index)
     }
     CardGrid {
         id: grid
         objectName: "movieGrid"
+        readonly property real posterShape: 1.5
         anchors.top: chips.bottom
         anchors.bottom: parent.bottom
         // Half a gap on either side of a card leaves room for its frame, which a clip would cut.
@@ -59,10 +43,14 @@ FocusScope {
         focus: true
         minimumColumns: 2
         minimumCellWidth: view.width >= Theme.wideWindow ? 190 : 150
+        // A row is seen whole in a low window too, as far as its posters can still be told apart.
+        maximumCellWidth: Math.max(110, (grid.height - bottomMargin - gap - Theme.posterCaption) / posterShape + gap)
         gap: view.width >= Theme.wideWindow ? Theme.unit * 6 : Theme.unit * 4
+        edge: view.margin - gap / 2
         topMargin: Theme.unit * 3
-        bottomMargin: view.margin
-        cellHeight: (cellWidth - gap) * 1.5 + 56 + gap
+        // With the last row's own gap the margin of a page.
+        bottomMargin: view.margin - gap
+        cellHeight: (cellWidth - gap) * posterShape + Theme.posterCaption + gap
         model: view.model.titles
         delegate: FocusScope {
             id: cell
@@ -90,7 +78,7 @@ FocusScope {
     }
     EmptyStateView {
         anchors.fill: parent
-        visible: grid.count === 0
+        visible: grid.count === 0 && !view.model.isLoading
         icon: "film.fill"
         title: Texts.get("movies.empty", "Sem filmes")
         message: Texts.get("movies.emptyMessage", "Os filmes aparecem aqui assim que o catálogo do provedor for carregado.")

@@ -5,14 +5,11 @@ namespace ondavia {
 PlayerSurface::PlayerSurface(QQuickItem* parent)
     : QQuickItem(parent) {
     m_view.setParentItem(this);
+    connect(&m_view, &FSPlayerUIView::managerChanged, this, &PlayerSurface::managerChanged);
 }
 
-void PlayerSurface::setModel(PlayerViewModel* model) {
-    if (m_model != model) {
-        m_model = model;
-        m_view.setManager(model != nullptr ? &model->manager() : nullptr);
-        Q_EMIT modelChanged();
-    }
+void PlayerSurface::setManager(QObject* manager) {
+    m_view.setManager(qobject_cast<PlayerManager*>(manager));
 }
 
 void PlayerSurface::geometryChange(const QRectF& newGeometry, const QRectF& oldGeometry) {

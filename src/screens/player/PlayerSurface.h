@@ -1,9 +1,7 @@
 #pragma once
 
 #include "playback/FSPlayerUIView.h"
-#include "screens/player/PlayerViewModel.h"
 
-#include <QPointer>
 #include <QQuickItem>
 #include <qqmlregistration.h>
 
@@ -13,21 +11,20 @@ namespace ondavia {
 class PlayerSurface : public QQuickItem {
     Q_OBJECT
     QML_ELEMENT
-    /// Whose playback is shown. Not owned.
-    Q_PROPERTY(ondavia::PlayerViewModel* model READ model WRITE setModel NOTIFY modelChanged REQUIRED)
+    /// The `PlayerManager` whose playback is shown. Not owned.
+    Q_PROPERTY(QObject* manager READ manager WRITE setManager NOTIFY managerChanged REQUIRED)
 
 public:
     explicit PlayerSurface(QQuickItem* parent = nullptr);
 
-    [[nodiscard]] PlayerViewModel* model() const { return m_model; }
-    void setModel(PlayerViewModel* model);
-    Q_SIGNAL void modelChanged();
+    [[nodiscard]] QObject* manager() const { return m_view.manager(); }
+    void setManager(QObject* manager);
+    Q_SIGNAL void managerChanged();
 
 protected:
     void geometryChange(const QRectF& newGeometry, const QRectF& oldGeometry) override;
 
 private:
-    QPointer<PlayerViewModel> m_model;
     FSPlayerUIView m_view;
 };
 

@@ -1,188 +1,210 @@
 import QtQuick
-import Ondavia
+import Ondavia.Player
+import Ondavia.Style
 
-/// The full-screen player: the picture, and controls that step back while it plays.
+/// The full-screen player: the picture, and controls that step back while it plays. The keyboard steers the
+/// film; Enter or Tab leads it to the controls.
 FocusScope {
     id: view
     required property PlayerViewModel model
-    readonly property real margin: Theme.marginFor(view.width)
-    readonly property bool showsControls: view.model.showsControls
+    readonly property bool showsControls: view.model.controls.showControls
+    readonly property bool isWaiting: view.model.isBuffering && !view.model.isPlaying && view.model.error === ""
+    readonly property bool isCovered: sheet.isOpen || keyList.isOpen
+    /// What the window was before the player had it fill the screen.
+    property int formerVisibility: Window.Windowed
+    property bool fillsScreen: false
 
-    Keys.onEscapePressed: view.model.leave()
-    Keys.onBackPressed: view.model.leave()
-    Keys.onSpacePressed: view.model.togglePlayPause()
-    onShowsControlsChanged: if (view.showsControls) playPause.forceActiveFocus()
-    Accessible.role: Accessible.Pane
-    Accessible.name: view.model.title
+    function toggleFullScreen() {
+        const window = view.Window.window
+        if (window.visibility === Window.FullScreen) {
+            window.visibility = view.formerVisibility
+            view.fillsScreen = false
+        } else {
+            view.formerVisibility = window.visibility
+            view.fillsScreen = true
+            window.visibility = Window.FullScreen
+        }
+    }
+    function goBack() {
+        if (view.model.closeLayer())
+            return
+        if (view.fillsScreen)
+            view.toggleFullScreen()
+        else
+            view.model.close()
+    }
+    function handleKey(key: int, isAutoRepeat: bool): bool {
+        const isEnter = key === Qt.Key_Return || key === Qt.Key_Enter
+        if (isEnter && stage.activeFocus) {
+            controls.takeFocus()
+            return true
+        }
+        if (FocusGuide.isArrow(key) && controls.activeFocus && !controls.steersWith(key)) {
+            FocusGuide.move(controls, key)
+            return true
+        }
+        return view.model.keys.press(key, isAutoRepeat)
+    }
+
+    Keys.onPressed: event => {
+        const isCommand = event.modifiers & (Qt.ControlModifier | Qt.AltModifier | Qt.MetaModifier)
+        event.accepted = true
+        if (FocusGuide.isBack(event.key))
+            view.goBack()
+        else
+            event.accepted = !isCommand && view.handleKey(event.key, event.isAutoRepeat)
+    }
+    onShowsControlsChanged: {
+        pointer.rest = pointer.point.position
+        if (!view.showsControls && !view.isCovered)
+            stage.forceActiveFocus()
+    }
+    onIsCoveredChanged: if (!view.isCovered) stage.forceActiveFocus()
 
     Connections {
         target: FocusGuide
         function onKeyPressed() {
-            view.model.wakeControls()
+            view.model.controls.wake()
+        }
+    }
+    Connections {
+        target: view.model
+        function onFullScreenToggled() {
+            view.toggleFullScreen()
+        }
+        function onDisappeared() {
+            if (view.fillsScreen)
+                view.toggleFullScreen()
+        }
+    }
+    HoverHandler {
+        id: pointer
+        property point rest
+        acceptedDevices: PointerDevice.Mouse | PointerDevice.TouchPad
+        onPointChanged: {
+            // A pointer that trembles does not mean anything.
+            const distance = Math.hypot(point.position.x - rest.x, point.position.y - rest.y)
+            if (distance > 6) {
+                rest = point.position
+                view.model.controls.wake()
+            }
         }
     }
 
     Rectangle {
         anchors.fill: parent
-        color: "black"
+        color: Theme.stage
     }
     PlayerSurface {
         anchors.fill: parent
-        model: view.model
+        manager: view.model.manager
     }
-    MouseArea {
+    SubtitleOverlayView {
         anchors.fill: parent
-        hoverEnabled: true
-        cursorShape: view.showsControls ? Qt.ArrowCursor : Qt.BlankCursor
-        onPositionChanged: view.model.wakeControls()
-        onClicked: view.model.toggleControls()
-        Accessible.ignored: true
-    }
-
-    Column {
-        anchors.centerIn: parent
-        spacing: Theme.unit * 4
-        Spinner {
-            anchors.horizontalCenter: parent.horizontalCenter
-            width: 56
-            height: 56
-            running: view.model.isBuffering
-        }
-        Label {
-            visible: view.model.isBuffering && !view.model.isPlaying
-            text: Texts.get("player.preparing", "A preparar reproducao...")
-            color: Theme.textMuted
-        }
+        visible: view.model.subtitles.isShown
+        model: view.model.subtitles
     }
     FocusScope {
-        id: controls
+        id: stage
+        objectName: "stage"
         anchors.fill: parent
         focus: true
-        enabled: view.showsControls
-        opacity: view.showsControls ? 1 : 0
-        visible: opacity > 0
-        Behavior on opacity { NumberAnimation { duration: Theme.motion; easing.type: Theme.motionCurve } }
+        Accessible.role: Accessible.Pane
+        Accessible.name: view.model.title
+        // A handler's cursor would change at the pointer's next move only.
+        MouseArea {
+            anchors.fill: parent
+            acceptedButtons: Qt.NoButton
+            cursorShape: view.showsControls || view.isCovered ? Qt.ArrowCursor : Qt.BlankCursor
+            Accessible.ignored: true
+        }
+        TapHandler {
+            onTapped: eventPoint => view.model.taps.tap(eventPoint.position.x, eventPoint.position.y, stage.width)
+        }
+        WheelHandler {
+            acceptedDevices: PointerDevice.Mouse | PointerDevice.TouchPad
+            onWheel: event => view.model.levels.changeVolume(event.angleDelta.y / 120)
+        }
+    }
 
-        Rectangle {
-            width: parent.width
-            height: 160
-            gradient: Gradient {
-                GradientStop { position: 0; color: Qt.rgba(0, 0, 0, 0.75) }
-                GradientStop { position: 1; color: "transparent" }
-            }
+    Rectangle {
+        anchors.centerIn: parent
+        visible: spinner.running
+        width: view.isWaiting ? Math.max(200, preparing.width + Theme.unit * 12) : 124
+        height: view.isWaiting ? 148 : width
+        radius: view.isWaiting ? Theme.cardRadius : width / 2
+        color: Theme.disc
+        Spinner {
+            id: spinner
+            anchors.horizontalCenter: parent.horizontalCenter
+            y: view.isWaiting ? Theme.unit * 6 : (parent.height - height) / 2
+            width: view.isWaiting ? 56 : 100
+            height: width
+            running: view.model.isBuffering && view.model.error === ""
         }
-        Rectangle {
-            anchors.bottom: parent.bottom
-            width: parent.width
-            height: 200
-            gradient: Gradient {
-                GradientStop { position: 0; color: "transparent" }
-                GradientStop { position: 1; color: Qt.rgba(0, 0, 0, 0.85) }
-            }
+        Label {
+            id: preparing
+            anchors.horizontalCenter: parent.horizontalCenter
+            y: 104
+            visible: view.isWaiting
+            text: Texts.get("player.preparing", "A preparar reproducao...")
         }
+    }
+    Rectangle {
+        anchors.fill: parent
+        visible: view.model.error !== ""
+        color: Theme.errorVeil
         EmptyStateView {
             anchors.fill: parent
-            visible: view.model.error !== ""
             icon: "exclamationmark.triangle.fill"
             title: Texts.get("player.cannotPlay", "Não foi possível reproduzir")
             message: view.model.error
             Button {
                 text: Texts.get("player.retry", "Tentar novamente")
                 symbol: "arrow.clockwise"
+                focusPolicy: Qt.TabFocus
+                onVisibleChanged: if (visible) forceActiveFocus()
                 onClicked: view.model.retry()
             }
         }
-        IconButton {
-            id: back
-            x: view.margin - Theme.unit * 3
-            y: Theme.unit * 4
-            symbol: "chevron.left"
-            symbolSize: 32
-            text: Texts.get("common.back", "Voltar")
-            onClicked: view.model.leave()
-        }
-        Column {
-            anchors.left: back.right
-            anchors.leftMargin: Theme.unit * 2
-            anchors.right: parent.right
-            anchors.rightMargin: view.margin
-            anchors.verticalCenter: back.verticalCenter
-            spacing: Theme.unit / 2
-            Label {
-                width: parent.width
-                text: view.model.title
-                font.pixelSize: Theme.headingSize
-                font.weight: Font.DemiBold
-                elide: Text.ElideRight
-            }
-            Label {
-                width: parent.width
-                visible: text !== ""
-                text: view.model.subtitle
-                color: Theme.textMuted
-                elide: Text.ElideRight
-            }
-        }
-        Row {
-            id: bottom
-            x: view.margin - Theme.unit * 2
-            anchors.bottom: parent.bottom
-            anchors.bottomMargin: Theme.unit * 5
-            width: view.width - view.margin * 2 + Theme.unit * 4
-            spacing: Theme.unit * 2
-            IconButton {
-                id: playPause
-                focus: true
-                anchors.verticalCenter: parent.verticalCenter
-                diameter: 56
-                symbolSize: 36
-                symbol: view.model.isPlaying ? "pause.fill" : "play.fill"
-                text: view.model.isPlaying ? Texts.get("player.pause", "Pausa") : Texts.get("player.play", "Reproduzir")
-                onClicked: view.model.togglePlayPause()
-            }
-            IconButton {
-                id: mute
-                anchors.verticalCenter: parent.verticalCenter
-                symbol: view.model.isMuted ? "speaker.slash.fill" : "speaker.wave.2.fill"
-                text: view.model.isMuted ? Texts.get("player.unmute", "Ligar o som") : Texts.get("player.mute", "Silenciar")
-                onClicked: view.model.toggleMute()
-            }
-            Label {
-                id: position
-                visible: view.model.canSeek
-                anchors.verticalCenter: parent.verticalCenter
-                text: view.model.positionText
-            }
-            SeekBar {
-                visible: view.model.canSeek
-                anchors.verticalCenter: parent.verticalCenter
-                width: bottom.width - x - duration.width - Theme.unit * 4
-                position0: view.model.position
-                duration: view.model.duration
-                onSought: seconds => view.model.seek(seconds)
-            }
-            Label {
-                id: duration
-                visible: view.model.canSeek
-                anchors.verticalCenter: parent.verticalCenter
-                text: view.model.durationText
-                color: Theme.textMuted
-            }
-            Rectangle {
-                visible: view.model.isLive
-                anchors.verticalCenter: parent.verticalCenter
-                width: liveLabel.width + Theme.unit * 5
-                height: Theme.unit * 7
-                radius: height / 2
-                color: Qt.rgba(0.85, 0.16, 0.16, 0.9)
-                Label {
-                    id: liveLabel
-                    anchors.centerIn: parent
-                    text: Texts.get("AO VIVO", "AO VIVO")
-                    font.pixelSize: Theme.captionSize
-                    font.weight: Font.Bold
-                }
-            }
-        }
+    }
+    PlayerControls {
+        id: controls
+        anchors.fill: parent
+        model: view.model
+        hidesMiddle: view.isWaiting || view.model.error !== ""
+        enabled: view.showsControls && !view.isCovered
+        opacity: view.showsControls ? 1 : 0
+        visible: opacity > 0
+        Behavior on opacity { NumberAnimation { duration: Theme.motion; easing.type: Easing.InOutQuad } }
+    }
+    SkipBadge {
+        anchors.fill: parent
+        model: view.model.skips
+    }
+    VolumeBadge {
+        anchors.horizontalCenter: parent.horizontalCenter
+        y: Theme.unit * 20
+        model: view.model.levels
+    }
+    InformationPanel {
+        x: controls.margin
+        y: Theme.unit * 24
+        width: Math.min(implicitWidth, view.width - x * 2)
+        model: view.model.information
+    }
+    Layer {
+        id: sheet
+        anchors.fill: parent
+        isOpen: view.model.showSettings
+        page: Qt.resolvedUrl("SettingsSheet.qml")
+        pageProperties: ({ focus: true, player: view.model, model: view.model.sheet })
+    }
+    Layer {
+        id: keyList
+        anchors.fill: parent
+        isOpen: view.model.showKeys
+        page: Qt.resolvedUrl("KeyList.qml")
+        pageProperties: ({ focus: true, player: view.model })
     }
 }

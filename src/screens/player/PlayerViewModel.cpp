@@ -1,180 +1,219 @@
 #include "screens/player/PlayerViewModel.h"
 
 #include "base/Redaction.h"
+#include "personal/HistoryRecording.h"
 #include "playback/PlayerManager.h"
-#include "screens/shell/ContentViewModel.h"
+#include "screens/player/NextEpisode.h"
+#include "screens/player/OrientationLock.h"
 #include "state/AppState.h"
-
-#include <cmath>
 
 namespace ondavia {
 
-QString clockText(double seconds) {
-    constexpr double longest = 1e9;
-    const auto whole =
-        std::isfinite(seconds) && seconds > 0 ? static_cast<qint64>(std::min(seconds, longest)) : 0;
-    const auto padded = [](qint64 number) {
-        return QStringLiteral("%1").arg(number, 2, 10, QLatin1Char('0'));
-    };
-    const QString minutesAndSeconds =
-        (whole >= 3600 ? padded(whole / 60 % 60) : QString::number(whole / 60)) + QLatin1Char(':') +
-        padded(whole % 60);
-    return whole >= 3600 ? QString::number(whole / 3600) + QLatin1Char(':') + minutesAndSeconds
-                         : minutesAndSeconds;
+namespace {
+
+constexpr Qt::ScreenOrientations portrait{Qt::PortraitOrientation};
+constexpr Qt::ScreenOrientations landscape{Qt::LandscapeOrientation, Qt::InvertedLandscapeOrientation};
+
+} // namespace
+
+PlayerViewModel::PlayerViewModel(const PlayerScreenServices& services, Channel channel)
+    : m_services(services)
+    , m_channel(std::move(channel))
+    , m_levels(services.audioSession, services.systemVolume, services.screenBrightness, services.scheduler)
+    , m_controls(services.scheduler, [this] { return m_levels.isSliderOpen(); })
+    , m_skips(services.playerManager, m_choices, services.scheduler)
+    , m_seekBar(services.playerManager)
+    , m_taps(services.scheduler)
+    , m_subtitles(services.playerManager, services.scheduler)
+    , m_information(services.playerManager, services.scheduler)
+    , m_keys(*this) {
+    connectFields();
 }
 
-PlayerViewModel::PlayerViewModel(AppState& appState, PlayerManager& manager, ContentViewModel& content,
-                                 Scheduler& scheduler, QObject* parent)
-    : QObject(parent)
-    , m_appState(appState)
-    , m_manager(manager)
-    , m_content(content)
-    , m_scheduler(scheduler) {
-    connectFields();
-    presentationChanged();
-}
+PlayerViewModel::~PlayerViewModel() = default;
 
 void PlayerViewModel::connectFields() {
-    connect(&m_content, &ContentViewModel::presentsPlayerChanged, this,
-            &PlayerViewModel::presentationChanged);
-    connect(&m_appState, &AppState::currentChannelChanged, this, &PlayerViewModel::itemChanged);
+    const PlayerManager& manager = m_services.playerManager;
     for (const auto signal : {&PlayerManager::isPlayingChanged, &PlayerManager::isBufferingChanged,
                               &PlayerManager::isMutedChanged, &PlayerManager::errorChanged}) {
-        connect(&m_manager, signal, this, &PlayerViewModel::stateChanged);
+        connect(&manager, signal, this, &PlayerViewModel::stateChanged);
     }
-    for (const auto signal : {&PlayerManager::currentTimeChanged, &PlayerManager::durationChanged}) {
-        connect(&m_manager, signal, this, &PlayerViewModel::timeChanged);
+    const AppState& appState = m_services.appState;
+    connect(&appState, &AppState::currentChannelChanged, this, &PlayerViewModel::followSession);
+    connect(&appState, &AppState::seriesEpisodesChanged, this, &PlayerViewModel::itemChanged);
+    connect(&appState, &AppState::currentEpisodeIndexChanged, this, &PlayerViewModel::itemChanged);
+    connect(&m_choices, &PlaybackChoices::playbackSpeedChanged, this, &PlayerViewModel::speedTextChanged);
+    connect(&m_levels, &PlayerLevels::sliderClosed, &m_controls, &ControlsAutoHide::resetControlsTimer);
+    connect(&m_taps, &VideoTaps::singleTapped, &m_controls, &ControlsAutoHide::toggleControls);
+    connect(&m_taps, &VideoTaps::doubleTapped, this, [this](double x, double width) {
+        if (!isLive()) {
+            m_skips.handleDoubleTapSeek(x, width);
+        }
+    });
+}
+
+/// The episode that was stepped to is what the leaving steps record.
+void PlayerViewModel::followSession() {
+    if (m_services.appState.currentChannel()) {
+        m_channel = *m_services.appState.currentChannel();
+        Q_EMIT itemChanged();
     }
-    connect(&m_manager, &PlayerManager::isLiveChanged, this, &PlayerViewModel::itemChanged);
-    connect(&m_manager, &PlayerManager::isLiveChanged, this, &PlayerViewModel::timeChanged);
-    // Whoever pauses wants to see where.
-    connect(&m_manager, &PlayerManager::isPlayingChanged, this, &PlayerViewModel::wakeControls);
-    connect(&m_manager, &PlayerManager::errorChanged, this, &PlayerViewModel::wakeControls);
+}
+
+void PlayerViewModel::appear() {
+    OrientationLock::set(landscape);
+    m_levels.read();
+    setupAndPlay();
+    m_controls.resetControlsTimer();
+}
+
+void PlayerViewModel::setupAndPlay() {
+    PlayerManager& manager = m_services.playerManager;
+    const bool isTakenOver =
+        manager.isMiniPlayer() && manager.currentItem() && manager.currentItem()->id == m_channel.id;
+    if (isTakenOver) {
+        manager.setIsMiniPlayer(false);
+        return;
+    }
+    if (isLive()) {
+        manager.play(m_channel, 0);
+        return;
+    }
+    m_startPosition = savedPosition(m_services.modelContext, m_channel.id);
+    recordProgressOf(m_channel);
+    manager.play(m_channel, m_startPosition);
+    const auto subtitleURLs = m_services.appState.pendingSubtitleURLs();
+    m_services.appState.setPendingSubtitleURLs({});
+    if (!subtitleURLs.empty()) {
+        manager.setSubtitleURLs(subtitleURLs);
+    }
+}
+
+/// By copies: the manager goes on reporting when this view has gone.
+void PlayerViewModel::recordProgressOf(const Channel& channel) {
+    m_services.playerManager.setOnProgressUpdate(
+        [&context = m_services.modelContext, item = WatchedItem(channel)](double position, double duration) {
+            saveHistoryItem(context, item, position, duration);
+        });
+}
+
+void PlayerViewModel::saveProgress() {
+    constexpr double unrecordedSeconds = 10.0;
+    const PlayerManager& manager = m_services.playerManager;
+    if (!isLive() && manager.currentTime() > unrecordedSeconds && manager.duration() > 0) {
+        saveHistoryItem(m_services.modelContext, WatchedItem(m_channel), manager.currentTime(),
+                        manager.duration());
+    }
+}
+
+void PlayerViewModel::disappear() {
+    OrientationLock::set(portrait);
+    m_controls.invalidate();
+    m_levels.stop();
+    m_information.setIsShown(false);
+    saveProgress();
+    if (!m_services.appState.showMiniPlayer()) {
+        m_services.playerManager.stop();
+        m_services.appState.setIsPlaying(false);
+        m_services.appState.setCurrentChannel(std::nullopt);
+    }
+    Q_EMIT disappeared();
+}
+
+QObject* PlayerViewModel::managerObject() const {
+    return &m_services.playerManager;
 }
 
 QString PlayerViewModel::title() const {
-    const auto& channel = m_appState.currentChannel();
-    return channel ? QString::fromStdString(channel->name) : QString();
+    return QString::fromStdString(m_channel.seriesName.value_or(m_channel.name));
 }
 
-QString PlayerViewModel::subtitle() const {
-    const auto& channel = m_appState.currentChannel();
-    return channel ? QString::fromStdString(channel->groupTitle) : QString();
+QString PlayerViewModel::episodeLine() const {
+    if (m_channel.type != "series") {
+        return {};
+    }
+    return m_channel.episodeTitle ? QString::fromStdString(*m_channel.episodeTitle)
+                                  : QStringLiteral("Ep. %1").arg(m_channel.episodeNum.value_or(0));
 }
 
-bool PlayerViewModel::isLive() const {
-    return m_manager.isLive();
+bool PlayerViewModel::hasNextEpisode() const {
+    return NextEpisode::exists(m_services.appState);
 }
 
 bool PlayerViewModel::isPlaying() const {
-    return m_manager.isPlaying();
+    return m_services.playerManager.isPlaying();
 }
 
 bool PlayerViewModel::isBuffering() const {
-    return m_manager.isBuffering() && !m_manager.error();
+    return m_services.playerManager.isBuffering();
 }
 
 bool PlayerViewModel::isMuted() const {
-    return m_manager.isMuted();
+    return m_services.playerManager.isMuted();
 }
 
 QString PlayerViewModel::error() const {
-    return m_manager.error() ? QString::fromStdString(maskSecrets(*m_manager.error())) : QString();
+    return QString::fromStdString(maskSecrets(m_services.playerManager.error().value_or(std::string())));
 }
 
-bool PlayerViewModel::canSeek() const {
-    return !m_manager.isLive() && m_manager.duration() > 0;
-}
-
-double PlayerViewModel::position() const {
-    return m_manager.currentTime();
-}
-
-double PlayerViewModel::duration() const {
-    return m_manager.duration();
-}
-
-QString PlayerViewModel::positionText() const {
-    return clockText(position());
-}
-
-QString PlayerViewModel::durationText() const {
-    return clockText(duration());
-}
-
-void PlayerViewModel::leave() {
-    m_isPresented = false;
-    m_hideTimer.reset();
-    stopUnlessMini();
-    m_content.playerDismissed();
-}
-
-void PlayerViewModel::retry() {
-    if (m_appState.currentChannel()) {
-        m_manager.play(*m_appState.currentChannel(), 0);
-    }
+QString PlayerViewModel::speedText() const {
+    return m_choices.playbackSpeed() == 1.0F ? QString() : speedLabel(m_choices.playbackSpeed());
 }
 
 void PlayerViewModel::togglePlayPause() {
-    m_manager.togglePlayPause();
-    wakeControls();
+    m_services.playerManager.togglePlayPause();
 }
 
 void PlayerViewModel::toggleMute() {
-    m_manager.toggleMute();
-    wakeControls();
+    m_services.playerManager.toggleMute();
 }
 
-void PlayerViewModel::seek(double seconds) {
-    m_manager.seek(seconds);
-    wakeControls();
+void PlayerViewModel::retry() {
+    m_services.playerManager.play(m_channel, 0);
 }
 
-void PlayerViewModel::wakeControls() {
-    if (m_isPresented) {
-        m_hideTimer = m_scheduler.once(secondsUntilControlsHide, [this] { hideControls(); });
-        setShowsControls(true);
-    }
-}
-
-void PlayerViewModel::toggleControls() {
-    if (m_showsControls) {
-        hideControls();
-    } else {
-        wakeControls();
-    }
-}
-
-void PlayerViewModel::hideControls() {
-    setShowsControls(!m_manager.isPlaying() || m_manager.error());
-}
-
-void PlayerViewModel::setShowsControls(bool shows) {
-    if (m_showsControls != shows) {
-        m_showsControls = shows;
-        Q_EMIT showsControlsChanged();
-    }
-}
-
-void PlayerViewModel::presentationChanged() {
-    const bool presents = m_content.presentsPlayer();
-    if (presents == m_isPresented) {
+void PlayerViewModel::playNextEpisode() {
+    auto next = NextEpisode::after(m_services.appState);
+    if (!next) {
         return;
     }
-    m_isPresented = presents;
-    if (presents) {
-        m_manager.play(*m_appState.currentChannel(), 0);
-        wakeControls();
-    } else {
-        m_hideTimer.reset();
-        stopUnlessMini();
-    }
+    saveProgress();
+    m_services.appState.setCurrentEpisodeIndex(next->index);
+    m_services.appState.setCurrentChannel(next->item);
+    recordProgressOf(next->item);
+    m_services.playerManager.play(next->item, 0);
+    m_services.playerManager.setSubtitleURLs(std::move(next->subtitleURLs));
 }
 
-void PlayerViewModel::stopUnlessMini() {
-    if (!m_appState.showMiniPlayer()) {
-        m_manager.stop();
+void PlayerViewModel::minimizeToMini() {
+    m_controls.invalidate();
+    saveProgress();
+    m_services.appState.setShowMiniPlayer(true);
+    m_services.playerManager.setIsMiniPlayer(true);
+    close();
+}
+
+void PlayerViewModel::openSettings() {
+    // What draws the sheet of before may be fading away with it.
+    if (SettingsSheetModel* former = m_sheet.release()) {
+        former->setParent(this);
+        former->deleteLater();
     }
+    m_sheet = std::make_unique<SettingsSheetModel>(isLive() ? SettingsSheetModel::Kind::Live
+                                                            : SettingsSheetModel::Kind::Film,
+                                                   m_services.playerManager, m_choices);
+    Q_EMIT sheetChanged();
+    setShowSettings(true);
+}
+
+bool PlayerViewModel::closeLayer() {
+    if (showKeys()) {
+        setShowKeys(false);
+        return true;
+    }
+    const bool wasOpen = showSettings();
+    closeSettings();
+    return wasOpen;
 }
 
 } // namespace ondavia

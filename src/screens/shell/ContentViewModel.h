@@ -1,28 +1,18 @@
 #pragma once
 
-#include "base/Date.h"
-#include "guide/EPGService.h"
-#include "library/DataSyncService.h"
+#include "state/AppState.h"
+#include "style/NoticeKind.h"
 
 #include <QObject>
 #include <QString>
 #include <QVariant>
-#include <qcoro/qcorotask.h>
 #include <qqmlregistration.h>
-
-#include <functional>
-#include <memory>
-#include <optional>
-#include <string>
-#include <vector>
 
 namespace ondavia {
 
-struct CategoryItem;
+class LibraryRefresh;
 
-/// The logic of the root view: whether the start shows cached data at once or blocks on a full load,
-/// whether a refresh is due, and what the user sees while that happens and when it fails. Nothing is
-/// raised: failures become a toast, or a log line where the user need not know. Main thread.
+/// What the root view shows over its pages, and when it has the library loaded. Main thread.
 class ContentViewModel final : public QObject {
     Q_OBJECT
     QML_ELEMENT
@@ -31,63 +21,53 @@ class ContentViewModel final : public QObject {
     Q_PROPERTY(QString loadingMessage READ loadingMessage NOTIFY loadingMessageChanged)
     /// A text, which may be empty; undefined when there is no toast.
     Q_PROPERTY(QVariant toastMessage READ toastMessage NOTIFY toastChanged)
-    /// A `ToastType`.
-    Q_PROPERTY(int toastType READ toastType NOTIFY toastChanged)
+    /// A `NoticeKind::Kind`.
+    Q_PROPERTY(int toastKind READ toastKind NOTIFY toastChanged)
     Q_PROPERTY(bool hasCredentials READ hasCredentials NOTIFY hasCredentialsChanged)
-    /// An `AppTab`.
-    Q_PROPERTY(int selectedTab READ selectedTab WRITE setSelectedTab NOTIFY selectedTabChanged)
-    Q_PROPERTY(bool presentsPlayer READ presentsPlayer NOTIFY presentsPlayerChanged)
+    Q_PROPERTY(Tab selectedTab READ selectedTab WRITE setSelectedTab NOTIFY selectedTabChanged)
 
 public:
-    /// What the environments refer to must outlive the object. `now` is the clock that intervals are
-    /// measured by.
-    ContentViewModel(SyncEnvironment environment, GuideEnvironment guide,
-                     std::function<Date()> now = currentDate);
+    /// The tabs as QML can name them: with capital letters.
+    enum Tab {
+        Home = static_cast<int>(AppTab::home),
+        Live = static_cast<int>(AppTab::live),
+        Movies = static_cast<int>(AppTab::movies),
+        Series = static_cast<int>(AppTab::series),
+        Favorites = static_cast<int>(AppTab::favorites)
+    };
+    Q_ENUM(Tab)
+
+    /// Both must outlive the object.
+    ContentViewModel(AppState& state, LibraryRefresh& refresh);
 
     [[nodiscard]] bool isLoading() const;
     [[nodiscard]] QString loadingMessage() const;
     [[nodiscard]] QVariant toastMessage() const;
-    [[nodiscard]] int toastType() const;
+    [[nodiscard]] NoticeKind::Kind toastKind() const;
     [[nodiscard]] bool hasCredentials() const;
-    [[nodiscard]] int selectedTab() const;
-    void setSelectedTab(int tab);
-    [[nodiscard]] bool presentsPlayer() const;
+    [[nodiscard]] Tab selectedTab() const;
+    void setSelectedTab(Tab tab);
 
-    /// The first appearance of the root view: loads when there is an account.
+    /// The first appearance of the root view: loads when there is an account, now or as soon as the
+    /// keyring brings it.
     Q_INVOKABLE void start();
     /// The sign-in step has saved an account: loads as at a start with a stored one.
     Q_INVOKABLE void signedIn();
+    /// Ends the load that the user waits for, and lowers the overlay; what was there stays.
+    void leaveLoading();
     /// The toast's time is over.
     Q_INVOKABLE void dismissToast();
-    Q_INVOKABLE void playerDismissed();
-
-    QCoro::Task<void> loadContent();
-    QCoro::Task<void> performSync(bool showLoading);
-    QCoro::Task<void> backgroundSync();
-    QCoro::Task<void> loadEPGIfNeeded(std::shared_ptr<XtreamAPIClient> client);
 
     Q_SIGNAL void isLoadingChanged();
     Q_SIGNAL void loadingMessageChanged();
     Q_SIGNAL void toastChanged();
     Q_SIGNAL void hasCredentialsChanged();
     Q_SIGNAL void selectedTabChanged();
-    Q_SIGNAL void presentsPlayerChanged();
 
 private:
-    [[nodiscard]] bool isRefreshDue() const;
-    void runLater(std::function<QCoro::Task<void>()> task);
-    void loadCategoriesFromCache();
-    void endLoading(bool showLoading);
-
-    SyncEnvironment m_environment;
-    GuideEnvironment m_guide;
-    std::function<Date()> m_now;
+    AppState& m_state;
+    LibraryRefresh& m_refresh;
+    bool m_hasStarted = false;
 };
-
-/// The category rows for the names of a stored catalogue: in the saved order, without the names that it
-/// does not hold; in plain ascending order when none is saved.
-[[nodiscard]] std::vector<CategoryItem>
-orderedCategories(const std::vector<std::string>& groupTitles,
-                  const std::optional<std::vector<std::string>>& savedOrder);
 
 } // namespace ondavia

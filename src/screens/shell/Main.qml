@@ -1,5 +1,6 @@
 import QtQuick
-import Ondavia
+import Ondavia.Shell
+import Ondavia.Style
 
 /// The one window.
 Window {
@@ -17,6 +18,16 @@ Window {
     Component.onCompleted: {
         window.page.parent = window.contentItem
         window.page.anchors.fill = window.contentItem
+    }
+    Shortcut {
+        property int before: Window.Windowed
+        sequence: "F11"
+        onActivated: {
+            const isFull = window.visibility === Window.FullScreen
+            if (!isFull)
+                before = window.visibility
+            window.visibility = isFull ? before : Window.FullScreen
+        }
     }
     Connections {
         target: window.page

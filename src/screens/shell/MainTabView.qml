@@ -1,6 +1,7 @@
 pragma ComponentBehavior: Bound
 import QtQuick
-import Ondavia
+import Ondavia.Shell
+import Ondavia.Style
 
 /// The five tabs: a rail at the left of a wide window, a bar below a narrow one. A tab's pages are made at
 /// its first visit and stay, so that it keeps its place and its own way back.
@@ -14,24 +15,25 @@ FocusScope {
 
     readonly property var tabs: [
         {
-            text: Texts.get("tab.home", "Inicio"), symbol: "house.fill",
-            page: Qt.resolvedUrl("../home/HomeView.qml"), properties: { models: view.models }
+            tab: ContentViewModel.Home, text: Texts.get("tab.home", "Inicio"), symbol: "house.fill",
+            page: Qt.resolvedUrl("../Home/HomeView.qml"), properties: { model: view.models.home }
         },
         {
-            text: Texts.get("tab.tv", "TV"), symbol: "tv.fill",
-            page: Qt.resolvedUrl("../live/LiveView.qml"), properties: { model: view.models.live }
+            tab: ContentViewModel.Live, text: Texts.get("tab.tv", "TV"), symbol: "tv.fill",
+            page: Qt.resolvedUrl("../Live/LiveView.qml"), properties: { model: view.models.live }
         },
         {
-            text: Texts.get("tab.movies", "Filmes"), symbol: "film.fill",
-            page: Qt.resolvedUrl("../movies/MoviesView.qml"), properties: { model: view.models.movies }
+            tab: ContentViewModel.Movies, text: Texts.get("tab.movies", "Filmes"), symbol: "film.fill",
+            page: Qt.resolvedUrl("../Movies/MoviesView.qml"), properties: { model: view.models.movies }
         },
         {
-            text: Texts.get("tab.series", "Series"), symbol: "play.rectangle.on.rectangle.fill",
-            page: Qt.resolvedUrl("../series/SeriesView.qml"), properties: {}
+            tab: ContentViewModel.Series, text: Texts.get("tab.series", "Series"),
+            symbol: "play.rectangle.on.rectangle.fill",
+            page: Qt.resolvedUrl("../Series/SeriesView.qml"), properties: {}
         },
         {
-            text: Texts.get("tab.favorites", "Favoritos"), symbol: "heart.fill",
-            page: Qt.resolvedUrl("../favorites/FavoritesView.qml"), properties: {}
+            tab: ContentViewModel.Favorites, text: Texts.get("tab.favorites", "Favoritos"), symbol: "heart.fill",
+            page: Qt.resolvedUrl("../Favorites/FavoritesView.qml"), properties: {}
         }
     ]
 
@@ -40,7 +42,7 @@ FocusScope {
         width: view.isWide ? 96 : view.width
         height: view.isWide ? view.height : 72
         y: view.isWide ? 0 : view.height - height
-        color: view.isWide ? "#0c0f15" : "#0e1219"
+        color: view.isWide ? Theme.rail : Theme.bar
         Accessible.role: Accessible.PageTabList
         Accessible.name: Texts.get("tab.list", "Separadores")
 
@@ -66,13 +68,13 @@ FocusScope {
                 model: view.tabs
                 NavigationItem {
                     required property var modelData
-                    required property int index
                     width: view.isWide ? navigation.width : navigation.width / 5
-                    height: 72
+                    // A low window has less room for all of them below the sign.
+                    height: view.isWide ? Math.min(72, (navigation.height - Theme.unit * 34) / 5) : 72
                     text: modelData.text
                     symbol: modelData.symbol
-                    isCurrent: view.current === index
-                    onClicked: view.models.content.selectedTab = index
+                    isCurrent: view.current === modelData.tab
+                    onClicked: view.models.content.selectedTab = modelData.tab
                 }
             }
         }
@@ -90,13 +92,12 @@ FocusScope {
             Loader {
                 id: tab
                 required property var modelData
-                required property int index
-                readonly property bool isCurrent: view.current === tab.index
+                readonly property bool isCurrent: view.current === tab.modelData.tab
 
                 function visit() {
                     if (tab.isCurrent && tab.item === null)
                         // At its final size from the start, so that no page is laid out twice.
-                        tab.setSource(Qt.resolvedUrl("../style/NavigationStack.qml"), {
+                        tab.setSource(Qt.resolvedUrl("../Style/NavigationStack.qml"), {
                             width: tab.width, height: tab.height, focus: true,
                             firstPage: tab.modelData.page, firstProperties: tab.modelData.properties
                         })

@@ -1,6 +1,6 @@
 import QtQuick
 import QtQuick.Templates as T
-import Ondavia
+import Ondavia.Style
 
 /// One tab in the rail or in the bar.
 T.TabButton {
@@ -28,7 +28,7 @@ T.TabButton {
                 width: 56
                 height: 32
                 radius: 16
-                color: item.isCurrent ? Qt.rgba(Theme.accent.r, Theme.accent.g, Theme.accent.b, 0.16)
+                color: item.isCurrent ? Theme.currentTab
                     : item.down ? Theme.surfacePressed : item.hovered ? Theme.surfaceRaised : "transparent"
                 Behavior on color { ColorAnimation { duration: Theme.motionShort } }
                 Icon {

@@ -1,6 +1,7 @@
 pragma ComponentBehavior: Bound
 import QtQuick
-import Ondavia
+import Ondavia.Shell
+import Ondavia.Style
 
 /// What the window shows: the tabs, and over them what covers the whole screen. Made before the window, so
 /// that the graphics driver can be read from disk meanwhile.
@@ -15,50 +16,73 @@ FocusScope {
     focus: true
 
     function goBack() {
-        if (tabs.current === 0)
+        if (tabs.current === ContentViewModel.Home)
             quit.isOpen = true
         else
-            root.models.content.selectedTab = 0
+            root.models.content.selectedTab = ContentViewModel.Home
     }
 
     // What no control wanted: arrows move the focus to the nearest control in their direction, and who
     // goes back from the first page of a tab leaves the tab, then the application.
-    Keys.onPressed: event => event.accepted = FocusGuide.move(root, event.key)
-    Keys.onEscapePressed: root.goBack()
-    Keys.onBackPressed: root.goBack()
-    Component.onCompleted: root.models.content.start()
+    Keys.onPressed: event => {
+        event.accepted = FocusGuide.isBack(event.key) || FocusGuide.move(root, event.key)
+        if (FocusGuide.isBack(event.key))
+            root.goBack()
+    }
+    Component.onCompleted: {
+        root.models.content.start()
+        loss.isOpen = root.models.lossNotice !== ""
+    }
 
     MainTabView {
         id: tabs
         anchors.fill: parent
         models: root.models
         focus: true
-        enabled: !signIn.isOpen && !player.active && !loading.isShown && !quit.isOpen
+        enabled: !signIn.isOpen && !player.isPresented && !loading.isShown && !quit.isOpen && !loss.isOpen
         onEnabledChanged: if (enabled) tabs.forceActiveFocus()
+    }
+    // By address, here and below: a loader cannot make a component that is bound to where it was written.
+    Loader {
+        anchors.fill: parent
+        enabled: tabs.enabled
+        active: root.models.miniPlayer.isShown
+        Component.onCompleted: setSource(Qt.resolvedUrl("../Player/MiniPlayerView.qml"),
+                                         { model: root.models.miniPlayer })
     }
     Sheet {
         id: signIn
         anchors.fill: parent
         isOpen: root.models.signIn.isOpen
         enabled: isOpen && !loading.isShown
-        page: Qt.resolvedUrl("../signin/SignInView.qml")
+        page: Qt.resolvedUrl("../SignIn/SignInView.qml")
         pageProperties: ({ focus: true, model: root.models.signIn })
         onCloseRequested: root.models.signIn.close()
     }
     Loader {
         id: player
+        readonly property bool isPresented: root.models.player.isPresented
+
+        function follow() {
+            if (player.isPresented) {
+                player.setSource(Qt.resolvedUrl("../Player/PlayerView.qml"),
+                                 { focus: true, model: root.models.player.player })
+                player.forceActiveFocus()
+            } else {
+                player.source = ""
+            }
+        }
         anchors.fill: parent
-        active: root.models.content.presentsPlayer
-        onLoaded: forceActiveFocus()
-        // By address: a loader cannot make a component that is bound to where it was written.
-        Component.onCompleted: setSource(Qt.resolvedUrl("../player/PlayerView.qml"),
-                                         { focus: true, model: root.models.player })
+        onIsPresentedChanged: player.follow()
     }
     LoadingOverlay {
         id: loading
         anchors.fill: parent
         isShown: root.models.content.isLoading
         message: root.models.content.loadingMessage
+        canLeave: root.models.loadingExit.isOffered
+        leaveText: Texts.get("content.leave", "Cancelar")
+        onLeaveRequested: root.models.loadingExit.take()
     }
     Dialog {
         id: quit
@@ -70,12 +94,20 @@ FocusScope {
         onAccepted: root.quitRequested()
         onRejected: quit.isOpen = false
     }
+    Dialog {
+        id: loss
+        anchors.fill: parent
+        title: Texts.get("loss.title", "Houve um problema com os teus dados")
+        message: root.models.lossNotice
+        rejectText: Texts.get("loss.understood", "Entendi")
+        onRejected: loss.isOpen = false
+    }
     ToastView {
         anchors.horizontalCenter: parent.horizontalCenter
         anchors.bottom: parent.bottom
         anchors.bottomMargin: tabs.barHeight + Theme.unit * 6
         message: root.models.content.toastMessage
-        type: root.models.content.toastType
+        kind: root.models.content.toastKind
         onDismissed: root.models.content.dismissToast()
     }
 }

@@ -1,10 +1,12 @@
 #pragma once
 
-#include "screens/Screens.h"
 #include "screens/browse/BrowserViewModel.h"
 #include "screens/home/HomeViewModel.h"
-#include "screens/player/PlayerViewModel.h"
+#include "screens/player/MiniPlayerViewModel.h"
+#include "screens/player/PlayerPresentation.h"
 #include "screens/shell/ContentViewModel.h"
+#include "screens/shell/LoadingExit.h"
+#include "screens/shell/ScreenServices.h"
 #include "screens/shell/ToastTimer.h"
 #include "screens/signin/SignInViewModel.h"
 
@@ -23,7 +25,11 @@ class ScreenModels final : public QObject {
     Q_PROPERTY(ondavia::SignInViewModel* signIn READ signIn CONSTANT)
     Q_PROPERTY(ondavia::BrowserViewModel* live READ live CONSTANT)
     Q_PROPERTY(ondavia::BrowserViewModel* movies READ movies CONSTANT)
-    Q_PROPERTY(ondavia::PlayerViewModel* player READ player CONSTANT)
+    Q_PROPERTY(ondavia::PlayerPresentation* player READ player CONSTANT)
+    Q_PROPERTY(ondavia::MiniPlayerViewModel* miniPlayer READ miniPlayer CONSTANT)
+    Q_PROPERTY(ondavia::LoadingExit* loadingExit READ loadingExit CONSTANT)
+    /// What the start found lost of the user's own rows; empty when nothing was.
+    Q_PROPERTY(QString lossNotice READ lossNotice CONSTANT)
 
 public:
     /// What `services` refers to must outlive the object.
@@ -34,7 +40,10 @@ public:
     [[nodiscard]] SignInViewModel* signIn() { return &m_signIn; }
     [[nodiscard]] BrowserViewModel* live() { return &m_live; }
     [[nodiscard]] BrowserViewModel* movies() { return &m_movies; }
-    [[nodiscard]] PlayerViewModel* player() { return &m_player; }
+    [[nodiscard]] PlayerPresentation* player() { return &m_player; }
+    [[nodiscard]] MiniPlayerViewModel* miniPlayer() { return &m_miniPlayer; }
+    [[nodiscard]] LoadingExit* loadingExit() { return &m_loadingExit; }
+    [[nodiscard]] QString lossNotice() const { return m_lossNotice; }
 
 private:
     ContentViewModel& m_content;
@@ -42,8 +51,11 @@ private:
     SignInViewModel m_signIn;
     BrowserViewModel m_live;
     BrowserViewModel m_movies;
-    PlayerViewModel m_player;
+    PlayerPresentation m_player;
+    MiniPlayerViewModel m_miniPlayer;
     ToastTimer m_toastTimer;
+    LoadingExit m_loadingExit;
+    QString m_lossNotice;
 };
 
 } // namespace ondavia

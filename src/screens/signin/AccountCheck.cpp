@@ -1,21 +1,19 @@
 #include "screens/signin/AccountCheck.h"
 
 #include "base/AppLogger.h"
-#include "base/Text.h"
+#include "protocol/AccountExpiry.h"
 #include "protocol/XtreamAPIClient.h"
+
+#include <memory>
 
 namespace ondavia {
 
 namespace {
 
-/// The transport's numbers for a handshake that failed and for a certificate that nobody vouches for.
-constexpr std::int64_t tlsHandshakeFailed = 35;
-constexpr std::int64_t certificateNotTrusted = 60;
-
 AccountVerdict verdictOf(const URLError& error) {
-    return error.code() == tlsHandshakeFailed || error.code() == certificateNotTrusted
-               ? AccountVerdict::Untrusted
-               : AccountVerdict::Unreachable;
+    const bool lacksTrust =
+        error.kind() == URLError::Kind::NoEncryption || error.kind() == URLError::Kind::Untrusted;
+    return lacksTrust ? AccountVerdict::Untrusted : AccountVerdict::Unreachable;
 }
 
 AccountVerdict verdictOf(const XtreamError& error, const XtreamAPIClient& client) {
@@ -39,17 +37,17 @@ AccountVerdict verdictOf(const XtreamError& error, const XtreamAPIClient& client
 }
 
 AccountVerdict verdictOf(const XtreamAuthResponse& reply, Date now) {
-    const auto& account = reply.userInfo;
-    const auto expiry =
-        account && account->expDate ? parseDecimalInteger(*account->expDate) : std::optional<std::int64_t>();
-    return expiry && static_cast<double>(*expiry) < secondsSince1970(now) ? AccountVerdict::Expired
-                                                                          : AccountVerdict::Accepted;
+    const auto expiry = reply.userInfo ? expiryOf(*reply.userInfo) : std::nullopt;
+    return expiry && *expiry < now ? AccountVerdict::Expired : AccountVerdict::Accepted;
 }
 
 } // namespace
 
-QCoro::Task<AccountVerdict> checkAccount(std::shared_ptr<XtreamAPIClient> client, Date now) {
+QCoro::Task<AccountVerdict> checkAccount(TypedAccount account, URLSessionFactory makeSession, Date now) {
+    std::shared_ptr<XtreamAPIClient> client;
     try {
+        client = std::make_shared<XtreamAPIClient>(account.server, account.username, account.password,
+                                                   makeSession);
         co_return verdictOf(co_await client->authenticate(), now);
     } catch (const XtreamError& error) {
         co_return verdictOf(error, *client);
@@ -59,6 +57,10 @@ QCoro::Task<AccountVerdict> checkAccount(std::shared_ptr<XtreamAPIClient> client
     } catch (const DecodingError& error) {
         AppLogger::network.debug("Account check: %s", {error.what()});
         co_return AccountVerdict::NotThisProtocol;
+    } catch (const std::exception& error) {
+        // No thread for the transfer, no memory: whoever waits must not wait for ever.
+        AppLogger::network.error("Account check: %s", {error.what()});
+        co_return AccountVerdict::NotAsked;
     }
 }
 

@@ -1,14 +1,13 @@
 #pragma once
 
 #include "base/Date.h"
+#include "platform/URLSession.h"
 
 #include <qcoro/qcorotask.h>
 
-#include <memory>
+#include <string>
 
 namespace ondavia {
-
-class XtreamAPIClient;
 
 /// What asking the provider told about an account.
 enum class AccountVerdict {
@@ -26,10 +25,19 @@ enum class AccountVerdict {
     /// No trusted encryption with this server.
     Untrusted,
     /// The three texts make no address.
-    BadAddress
+    BadAddress,
+    /// This machine could not ask.
+    NotAsked
 };
 
-/// Logs in with `client` and judges the answer. Never raises. Main thread.
-QCoro::Task<AccountVerdict> checkAccount(std::shared_ptr<XtreamAPIClient> client, Date now);
+/// An account as it was typed.
+struct TypedAccount final {
+    std::string server;
+    std::string username;
+    std::string password;
+};
+
+/// Logs in with `account` and judges the answer by the time that is `now`. Never raises. Main thread.
+QCoro::Task<AccountVerdict> checkAccount(TypedAccount account, URLSessionFactory makeSession, Date now);
 
 } // namespace ondavia

@@ -1,38 +1,13 @@
 #include "screens/signin/AccountLink.h"
 
 #include "base/Text.h"
+#include "protocol/ServerAddress.h"
 
 #include <algorithm>
-#include <charconv>
 
 namespace ondavia {
 
 namespace {
-
-bool startsWithIgnoringCase(std::string_view text, std::string_view lowercasePrefix) {
-    return text.size() >= lowercasePrefix.size() &&
-           std::ranges::equal(text.substr(0, lowercasePrefix.size()), lowercasePrefix,
-                              [](char left, char right) {
-                                  return (left >= 'A' && left <= 'Z' ? left - 'A' + 'a' : left) == right;
-                              });
-}
-
-/// A "%" that escapes nothing stands for itself.
-std::string percentDecoded(std::string_view text) {
-    std::string decoded;
-    for (std::size_t index = 0; index < text.size(); ++index) {
-        unsigned value = 0;
-        const char* digits = text.data() + index + 1;
-        if (text[index] == '%' && index + 2 < text.size() &&
-            std::from_chars(digits, digits + 2, value, 16).ptr == digits + 2) {
-            decoded.push_back(static_cast<char>(value));
-            index += 2;
-        } else {
-            decoded.push_back(text[index]);
-        }
-    }
-    return decoded;
-}
 
 bool isUsable(std::string_view value) {
     return !value.empty() && isValidUtf8(value) && std::ranges::none_of(value, [](char byte) {
@@ -47,7 +22,7 @@ std::string queryValue(std::string_view query, std::string_view key) {
         const std::string_view item = query.substr(0, query.find('&'));
         query.remove_prefix(std::min(query.size(), item.size() + 1));
         if (item.size() > key.size() && item.starts_with(key) && item[key.size()] == '=') {
-            value = percentDecoded(item.substr(key.size() + 1));
+            value = item.substr(key.size() + 1);
         }
     }
     return value;
@@ -67,10 +42,6 @@ std::optional<std::string_view> serverOf(std::string_view address) {
 }
 
 } // namespace
-
-bool hasWebScheme(std::string_view server) {
-    return startsWithIgnoringCase(server, "http://") || startsWithIgnoringCase(server, "https://");
-}
 
 std::optional<AccountLink> parseAccountLink(std::string_view text) {
     const std::string_view trimmed = trimmedWhitespaceAndNewlines(text);

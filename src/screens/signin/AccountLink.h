@@ -20,11 +20,9 @@ struct AccountLink final {
 inline constexpr std::size_t maximumAccountLink = 8192;
 
 /// Reads a pasted link to `player_api.php` or `get.php` with `username` and `password` in its query; the
-/// two are percent-decoded, the last of several counts. Absent for every other text: another file, a
+/// two are taken as they stand, as every URL of the account will hold them again, and the last of several
+/// counts. Absent for every other text: another file, a
 /// value missing, empty, not UTF-8 or with control characters in it. Pure, any thread.
 [[nodiscard]] std::optional<AccountLink> parseAccountLink(std::string_view text);
-
-/// Whether `server` begins with "http://" or "https://", in whatever case.
-[[nodiscard]] bool hasWebScheme(std::string_view server);
 
 } // namespace ondavia

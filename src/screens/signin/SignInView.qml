@@ -1,5 +1,6 @@
 import QtQuick
-import Ondavia
+import Ondavia.SignIn
+import Ondavia.Style
 
 /// The sign-in step: server, user name, password, a test that says in words what is wrong.
 FocusScope {
@@ -7,6 +8,11 @@ FocusScope {
     required property SignInViewModel model
     readonly property bool isWide: view.width >= Theme.wideWindow
     readonly property real margin: Theme.marginFor(view.width)
+    /// Of the picture above a narrow form: short windows leave the room to the form.
+    readonly property real headHeight: Math.max(72, Math.min(160, view.height - 560))
+    readonly property bool hasLowHead: view.headHeight < 130
+    /// Kept free for what a check finds.
+    readonly property real verdictRoom: view.model.hasSchemeInCapitals ? 270 : 150
 
     Rectangle {
         anchors.fill: parent
@@ -14,7 +20,7 @@ FocusScope {
     }
     WaveBackdrop {
         width: view.isWide ? view.width * 0.46 : view.width
-        height: view.isWide ? view.height : 220
+        height: view.isWide ? view.height : view.headHeight + 60
         horizon: view.isWide ? 0.58 : 0.5
 
         Column {
@@ -35,8 +41,9 @@ FocusScope {
         }
         Wordmark {
             visible: !view.isWide
-            x: view.margin
-            y: 88
+            // Beside the button that closes, where there is no room below it.
+            x: view.hasLowHead ? Theme.unit * 16 : view.margin
+            y: view.hasLowHead ? Theme.unit * 4 : view.headHeight - 72
             size: 28
         }
         Rectangle {
@@ -58,21 +65,30 @@ FocusScope {
         onClicked: view.model.close()
     }
 
-    Flickable {
-        id: flick
+    Connections {
+        target: view.model
+        // Before there is a verdict, and while no button can be pressed.
+        function onResultChanged() {
+            if (view.model.isChecking)
+                page.reveal(remarks.y, view.verdictRoom)
+        }
+    }
+
+    ScrollPage {
+        id: page
         x: view.isWide ? view.width * 0.46 : 0
-        y: view.isWide ? 0 : 160
+        y: view.isWide ? 0 : view.headHeight
         width: view.width - x
         height: view.height - y
-        contentHeight: Math.max(height, form.implicitHeight + Theme.unit * 16)
-        boundsBehavior: Flickable.StopAtBounds
-        clip: true
+        contentHeight: Math.max(height, remarks.y + Math.max(remarks.height, view.verdictRoom) + Theme.unit * 8)
 
+        // What comes and goes stands below the form, and the form's place does not depend on it: no button
+        // moves under the pointer.
         Column {
             id: form
             anchors.horizontalCenter: parent.horizontalCenter
-            y: view.isWide ? Math.max(Theme.unit * 8, (flick.height - implicitHeight) / 2) : Theme.unit * 2
-            width: Math.min(flick.width - view.margin * 2, 460)
+            y: view.isWide ? Math.max(Theme.unit * 8, (page.height - implicitHeight) * 0.4) : Theme.unit * 2
+            width: Math.min(page.width - view.margin * 2, 460)
             spacing: Theme.unit * 5
 
             Column {
@@ -103,16 +119,13 @@ FocusScope {
                 label: Texts.get("signIn.server", "Servidor")
                 placeholder: "http://exemplo.tv:8080"
                 inputHints: Qt.ImhUrlCharactersOnly | Qt.ImhNoAutoUppercase | Qt.ImhNoPredictiveText
-                onEdited: text => view.model.server = text
+                offer: view.model.lacksScheme ? "http://" : ""
+                offerName: Texts.get("signIn.addScheme", "Acrescentar http://")
+                onEdited: text => view.model.editServer(text)
+                onExited: view.model.readLink()
+                onOfferTaken: view.model.addScheme()
                 onAccepted: username.forceActiveFocus(Qt.TabFocusReason)
                 Binding on text { value: view.model.server }
-            }
-            Button {
-                visible: view.model.lacksScheme
-                kind: Button.Secondary
-                symbol: "link"
-                text: Texts.get("signIn.addScheme", "Acrescentar http://")
-                onClicked: view.model.addScheme()
             }
             TextField {
                 id: username
@@ -132,14 +145,8 @@ FocusScope {
                 isSecret: true
                 label: Texts.get("signIn.password", "Palavra-passe")
                 onEdited: text => view.model.password = text
-                onAccepted: if (view.model.isComplete) view.model.signIn()
+                onAccepted: view.model.signIn()
                 Binding on text { value: view.model.password }
-            }
-            Notice {
-                width: parent.width
-                visible: text !== ""
-                text: view.model.resultText
-                type: view.model.resultType
             }
             Flow {
                 width: parent.width
@@ -153,21 +160,57 @@ FocusScope {
                 Button {
                     objectName: "test"
                     kind: Button.Secondary
-                    text: view.model.isChecking ? Texts.get("signIn.checking", "A testar...")
-                                                : Texts.get("signIn.test", "Testar")
+                    text: Texts.get("signIn.test", "Testar")
                     enabled: view.model.isComplete && !view.model.isChecking
                     onClicked: view.model.test()
                 }
+            }
+        }
+        Column {
+            id: remarks
+            anchors.top: form.bottom
+            anchors.topMargin: Theme.unit * 5
+            anchors.horizontalCenter: form.horizontalCenter
+            width: form.width
+            spacing: Theme.unit * 4
+
+            Row {
+                visible: view.model.isChecking
+                spacing: Theme.unit * 3
                 Spinner {
-                    width: 32
-                    height: Theme.controlHeight
+                    width: 24
+                    height: 24
                     running: view.model.isChecking
+                }
+                Label {
+                    anchors.verticalCenter: parent.verticalCenter
+                    text: Texts.get("signIn.checking", "A testar...")
+                    color: Theme.textMuted
                 }
             }
             Notice {
                 width: parent.width
+                visible: view.model.hasSchemeInCapitals
+                kind: NoticeKind.Warning
+                text: Texts.get("signIn.schemeInCapitals", "Um endereço só começa por http:// ou https:// em minúsculas: este é tomado pelo nome de um servidor.")
+            }
+            Notice {
+                width: parent.width
+                visible: text !== ""
+                text: view.model.resultText
+                kind: view.model.resultKind
+            }
+            Button {
+                objectName: "saveAnyway"
+                visible: view.model.canSaveAnyway
+                kind: Button.Secondary
+                text: Texts.get("signIn.saveAnyway", "Guardar mesmo assim")
+                onClicked: view.model.saveAnyway()
+            }
+            Notice {
+                width: parent.width
                 visible: !view.model.remembers
-                type: 2
+                kind: NoticeKind.Warning
                 text: Texts.get("signIn.notRemembered", "Este sistema não tem um porta-chaves ativo: a conta só fica guardada até fechares a aplicação.")
             }
         }

@@ -1,11 +1,14 @@
 #include "screens/signin/SignInViewModel.h"
 
-#include "protocol/XtreamAPIClient.h"
+#include "protocol/ServerAddress.h"
 #include "screens/signin/AccountLink.h"
-#include "screens/texts/Texts.h"
+#include "state/AppState.h"
 #include "state/KeychainService.h"
+#include "style/Texts.h"
 
 #include <QPointer>
+
+#include <algorithm>
 
 namespace ondavia {
 
@@ -13,45 +16,80 @@ namespace {
 
 struct VerdictText final {
     QString text;
-    ToastType type;
+    NoticeKind::Kind kind;
 };
 
 VerdictText textOf(AccountVerdict verdict) {
     switch (verdict) {
     case AccountVerdict::Accepted:
-        return {textFor("signIn.accepted", "A conta funciona."), ToastType::success};
+        return {textFor("signIn.accepted", "A conta funciona."), NoticeKind::Success};
     case AccountVerdict::Expired:
         return {textFor("signIn.expired",
                         "O provedor aceita a conta, mas o prazo dela já passou. É provável que nada toque."),
-                ToastType::warning};
+                NoticeKind::Warning};
     case AccountVerdict::Refused:
         return {
             textFor("signIn.refused", "O provedor recusou a conta. Verifica o utilizador e a palavra-passe."),
-            ToastType::error};
+            NoticeKind::Error};
     case AccountVerdict::NotThisProtocol:
         return {
             textFor(
                 "signIn.notThisProtocol",
                 "Este endereço responde, mas não é um provedor compatível. Verifica o endereço e a porta."),
-            ToastType::error};
+            NoticeKind::Error};
     case AccountVerdict::ServerFailure:
         return {textFor("signIn.serverFailure",
                         "O servidor do provedor está com problemas. Tenta novamente mais tarde."),
-                ToastType::error};
+                NoticeKind::Error};
     case AccountVerdict::Unreachable:
         return {textFor("signIn.unreachable",
                         "Ninguém responde neste endereço. Verifica o endereço, a porta e a tua ligação."),
-                ToastType::error};
+                NoticeKind::Error};
     case AccountVerdict::Untrusted:
         return {textFor("signIn.untrusted",
                         "A ligação cifrada com este servidor não é de confiança. Verifica o endereço."),
-                ToastType::error};
+                NoticeKind::Error};
+    case AccountVerdict::NotAsked:
+        return {textFor("signIn.notAsked", "A conta não pôde ser verificada agora. Tenta novamente."),
+                NoticeKind::Error};
     case AccountVerdict::BadAddress:
         break;
     }
     return {textFor("signIn.badAddress",
                     "Os dados não formam um endereço válido. Verifica se há espaços ou sinais a mais."),
-            ToastType::error};
+            NoticeKind::Error};
+}
+
+/// Whether the account may be good for all that a check found.
+bool leavesOpen(AccountVerdict verdict) {
+    switch (verdict) {
+    case AccountVerdict::Expired:
+    case AccountVerdict::ServerFailure:
+    case AccountVerdict::Unreachable:
+    case AccountVerdict::Untrusted:
+    case AccountVerdict::NotAsked:
+        return true;
+    case AccountVerdict::Accepted:
+    case AccountVerdict::Refused:
+    case AccountVerdict::NotThisProtocol:
+    case AccountVerdict::BadAddress:
+        break;
+    }
+    return false;
+}
+
+/// How many characters one edit put in.
+qsizetype insertedLength(const QString& before, const QString& after) {
+    const qsizetype shorter = std::min(before.size(), after.size());
+    qsizetype front = 0;
+    while (front < shorter && before[front] == after[front]) {
+        ++front;
+    }
+    qsizetype back = 0;
+    while (back < shorter - front && before[before.size() - 1 - back] == after[after.size() - 1 - back]) {
+        ++back;
+    }
+    return after.size() - front - back;
 }
 
 } // namespace
@@ -67,12 +105,7 @@ SignInViewModel::SignInViewModel(AppState& appState, const KeychainService& keyc
     , m_now(std::move(now)) {}
 
 void SignInViewModel::setServer(const QString& text) {
-    if (const auto link = parseAccountLink(text.toStdString())) {
-        setInput(QString::fromStdString(link->server), QString::fromStdString(link->username),
-                 QString::fromStdString(link->password));
-    } else {
-        setInput(text, m_username, m_password);
-    }
+    setInput(text, m_username, m_password);
 }
 
 void SignInViewModel::setUsername(const QString& text) {
@@ -84,7 +117,9 @@ void SignInViewModel::setPassword(const QString& text) {
 }
 
 bool SignInViewModel::isComplete() const {
-    return !m_server.trimmed().isEmpty() && !m_username.isEmpty() && !m_password.isEmpty();
+    // A link that stands in the field is read when a button is pressed.
+    const bool isLink = parseAccountLink(m_server.toStdString()).has_value();
+    return isLink || (!m_server.trimmed().isEmpty() && !m_username.isEmpty() && !m_password.isEmpty());
 }
 
 bool SignInViewModel::lacksScheme() const {
@@ -93,6 +128,10 @@ bool SignInViewModel::lacksScheme() const {
     // While "http:" is being typed nothing lacks yet.
     return looksWhole && !hasWebScheme(address.toStdString()) &&
            !address.startsWith(QLatin1String("http"), Qt::CaseInsensitive);
+}
+
+bool SignInViewModel::hasSchemeInCapitals() const {
+    return ondavia::hasSchemeInCapitals(m_server.toStdString());
 }
 
 bool SignInViewModel::remembers() const {
@@ -109,6 +148,21 @@ void SignInViewModel::close() {
     setInput({}, {}, {});
 }
 
+void SignInViewModel::editServer(const QString& text) {
+    const bool isPasted = insertedLength(m_server, text) > 1;
+    setServer(text);
+    if (isPasted) {
+        readLink();
+    }
+}
+
+void SignInViewModel::readLink() {
+    if (const auto link = parseAccountLink(m_server.toStdString())) {
+        setInput(QString::fromStdString(link->server), QString::fromStdString(link->username),
+                 QString::fromStdString(link->password));
+    }
+}
+
 void SignInViewModel::addScheme() {
     if (lacksScheme()) {
         setInput(QStringLiteral("http://") + m_server.trimmed(), m_username, m_password);
@@ -116,21 +170,17 @@ void SignInViewModel::addScheme() {
 }
 
 void SignInViewModel::test() {
-    if (isComplete() && !m_isChecking) {
-        setResult(true, {}, ToastType::info);
-        // It ends by itself: it holds this object weakly, and its client.
-        check(m_generation);
-    }
+    beginCheck(CheckPurpose::Test);
 }
 
 void SignInViewModel::signIn() {
-    if (!isComplete()) {
-        return;
+    beginCheck(CheckPurpose::SignIn);
+}
+
+void SignInViewModel::saveAnyway() {
+    if (m_canSaveAnyway) {
+        save();
     }
-    m_appState.saveCredentials(m_server.trimmed().toStdString(), m_username.toStdString(),
-                               m_password.toStdString());
-    close();
-    m_onSignedIn();
 }
 
 void SignInViewModel::setInput(const QString& server, const QString& username, const QString& password) {
@@ -141,14 +191,14 @@ void SignInViewModel::setInput(const QString& server, const QString& username, c
     m_username = username;
     m_password = password;
     ++m_generation;
-    setResult(false, {}, ToastType::info);
+    clearResult();
     Q_EMIT inputChanged();
 }
 
-void SignInViewModel::setResult(bool isChecking, const QString& text, ToastType type) {
-    m_isChecking = isChecking;
-    m_resultText = text;
-    m_resultType = type;
+void SignInViewModel::clearResult() {
+    m_isChecking = false;
+    m_resultText.clear();
+    m_canSaveAnyway = false;
     Q_EMIT resultChanged();
 }
 
@@ -159,17 +209,45 @@ void SignInViewModel::setOpen(bool open) {
     }
 }
 
-QCoro::Task<void> SignInViewModel::check(std::uint64_t generation) {
-    const QPointer<SignInViewModel> self(this);
-    const Date now = m_now();
-    const AccountVerdict verdict = co_await checkAccount(
-        std::make_shared<XtreamAPIClient>(m_server.toStdString(), m_username.toStdString(),
-                                          m_password.toStdString(), m_makeSession),
-        now);
-    if (self && generation == m_generation) {
-        const VerdictText result = textOf(verdict);
-        setResult(false, result.text, result.type);
+void SignInViewModel::beginCheck(CheckPurpose purpose) {
+    readLink();
+    if (isComplete() && !m_isChecking) {
+        clearResult();
+        m_isChecking = true;
+        Q_EMIT resultChanged();
+        // It ends by itself: it holds this object weakly.
+        check(purpose, m_generation);
     }
+}
+
+QCoro::Task<void> SignInViewModel::check(CheckPurpose purpose, std::uint64_t generation) {
+    const QPointer<SignInViewModel> self(this);
+    TypedAccount account{m_server.toStdString(), m_username.toStdString(), m_password.toStdString()};
+    const Date now = m_now();
+    const AccountVerdict verdict = co_await checkAccount(std::move(account), m_makeSession, now);
+    if (self && generation == m_generation) {
+        finishCheck(purpose, verdict);
+    }
+}
+
+void SignInViewModel::finishCheck(CheckPurpose purpose, AccountVerdict verdict) {
+    if (purpose == CheckPurpose::SignIn && verdict == AccountVerdict::Accepted) {
+        save();
+        return;
+    }
+    const VerdictText result = textOf(verdict);
+    m_isChecking = false;
+    m_resultText = result.text;
+    m_resultKind = result.kind;
+    m_canSaveAnyway = purpose == CheckPurpose::SignIn && leavesOpen(verdict);
+    Q_EMIT resultChanged();
+}
+
+void SignInViewModel::save() {
+    m_appState.saveCredentials(m_server.trimmed().toStdString(), m_username.toStdString(),
+                               m_password.toStdString());
+    close();
+    m_onSignedIn();
 }
 
 } // namespace ondavia

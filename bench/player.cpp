@@ -1,0 +1,318 @@
+#include "support/BenchSupport.h"
+
+#include "BareVideo.h"
+#include "app/MainWindow.h"
+#include "app/Services.h"
+#include "platform/linux/GraphicsDriver.h"
+#include "playback/FSPlayerUIView.h"
+
+#include <QDeadlineTimer>
+#include <QFile>
+#include <QGuiApplication>
+#include <QProcess>
+#include <QQuickWindow>
+#include <QTemporaryDir>
+
+#include <httplib.h>
+#include <sys/resource.h>
+
+#include <algorithm>
+#include <clocale>
+#include <cstdio>
+#include <filesystem>
+#include <map>
+#include <stdexcept>
+#include <thread>
+
+namespace ondavia::bench {
+namespace {
+
+using Clock = std::chrono::steady_clock;
+
+constexpr QSize windowSize(1280, 800);
+constexpr double warmUpSeconds = 8;
+constexpr double measuredSeconds = 10;
+constexpr int startsAndStops = 1000;
+
+/// Runs the event loop until `condition` holds. Raises std::runtime_error when it does not.
+void await(const std::function<bool()>& condition, std::chrono::seconds patience = std::chrono::seconds(60)) {
+    // Events come all the time while a film plays; a paused loop is woken by this.
+    QTimer pulse;
+    pulse.start(1);
+    for (const QDeadlineTimer deadline(patience); !condition();) {
+        if (deadline.hasExpired()) {
+            throw std::runtime_error("the film does not play");
+        }
+        QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
+    }
+}
+
+void play(double seconds) {
+    const QDeadlineTimer end(std::chrono::milliseconds(static_cast<int>(seconds * 1000)));
+    await([&end] { return end.hasExpired(); });
+}
+
+double processorSeconds() {
+    rusage usage{};
+    getrusage(RUSAGE_SELF, &usage);
+    const auto seconds = [](const timeval& time) {
+        return static_cast<double>(time.tv_sec) + static_cast<double>(time.tv_usec) / 1e6;
+    };
+    return seconds(usage.ru_utime) + seconds(usage.ru_stime);
+}
+
+/// Processor time for each second of a film that plays already.
+double processorWhilePlaying() {
+    play(warmUpSeconds);
+    const double before = processorSeconds();
+    const auto start = Clock::now();
+    play(measuredSeconds);
+    return (processorSeconds() - before) / std::chrono::duration<double>(Clock::now() - start).count();
+}
+
+Channel film(const QString& url) {
+    Channel channel;
+    channel.id = "main_1";
+    channel.name = "Film";
+    channel.type = "movie";
+    channel.url = url.toStdString();
+    return channel;
+}
+
+/// A window with nothing in it but a film.
+class PlainWindow final {
+public:
+    PlainWindow() {
+        m_window.setColor(Qt::black);
+        m_window.resize(windowSize);
+        m_window.show();
+        await([this] { return m_window.isExposed(); });
+    }
+    [[nodiscard]] QQuickWindow& window() { return m_window; }
+
+private:
+    QQuickWindow m_window;
+};
+
+/// The player manager and its host, as the screens have them, in a plain window.
+class OurPlayer final {
+public:
+    OurPlayer() {
+        m_host.setManager(&m_services.playerManager);
+        m_host.setParentItem(m_window.window().contentItem());
+        m_host.setSize(windowSize);
+        QObject::connect(&m_services.playerManager, &PlayerManager::isBufferingChanged, &m_host, [this] {
+            if (!m_services.playerManager.isBuffering() && m_services.playerManager.player()) {
+                m_firstFrame = Clock::now();
+            }
+        });
+    }
+    /// Seconds to the first frame.
+    double start(const QString& url) {
+        m_firstFrame = {};
+        const auto begin = Clock::now();
+        m_services.playerManager.play(film(url), 0);
+        await([this] { return m_firstFrame != Clock::time_point(); });
+        return std::chrono::duration<double>(m_firstFrame - begin).count();
+    }
+    void stop() { m_services.playerManager.stop(); }
+
+private:
+    Services m_services{MpvOutputs::Window};
+    PlainWindow m_window;
+    FSPlayerUIView m_host;
+    Clock::time_point m_firstFrame;
+};
+
+class BarePlayer final {
+public:
+    double start(const QString& url) {
+        m_firstFrame = 0;
+        const auto begin = Clock::now();
+        m_item = makeBareVideo(m_window.window(), url.toStdString(), m_firstFrame);
+        await([this] { return m_firstFrame != 0; });
+        return std::chrono::duration<double>(Clock::duration(m_firstFrame) - begin.time_since_epoch())
+            .count();
+    }
+    void stop() { m_item.reset(); }
+
+private:
+    FirstFrame m_firstFrame = 0;
+    PlainWindow m_window;
+    std::unique_ptr<QQuickItem> m_item;
+};
+
+/// The middle one of several starts in a process that has played before.
+template<class Player> double startTime(const QString& url) {
+    constexpr int starts = 9;
+    Player player;
+    player.start(url);
+    std::vector<double> seconds;
+    for (int number = 0; number < starts; ++number) {
+        player.stop();
+        // What the one before leaves behind is not this one's.
+        play(0.5);
+        seconds.push_back(player.start(url));
+    }
+    std::ranges::sort(seconds);
+    return seconds.at(starts / 2);
+}
+
+/// The whole application, whose controls have gone by then.
+double ourProcessor(const QString& url) {
+    Services services(MpvOutputs::Window);
+    MainWindow main(services, "pt");
+    main.window().resize(windowSize);
+    main.window().show();
+    await([&main] { return main.window().isExposed(); });
+    services.appState.playChannel(film(url));
+    await([&services] { return services.playerManager.isPlaying(); });
+    return processorWhilePlaying();
+}
+
+double bareProcessor(const QString& url) {
+    BarePlayer player;
+    player.start(url);
+    return processorWhilePlaying();
+}
+
+struct Holdings final {
+    std::ptrdiff_t threads = 0;
+    std::ptrdiff_t descriptors = 0;
+    double memory = 0;
+
+    static Holdings now() {
+        const auto count = [](const char* folder) {
+            return std::distance(std::filesystem::directory_iterator(folder),
+                                 std::filesystem::directory_iterator());
+        };
+        return {count("/proc/self/task"), count("/proc/self/fd"), residentMemory()};
+    }
+    void print(int after) const {
+        std::printf("  after %4d  %3td threads  %3td descriptors  %6.1f MiB\n", after, threads, descriptors,
+                    memory);
+        std::fflush(stdout);
+    }
+};
+
+/// Engines end in their own time.
+Holdings afterRest() {
+    play(5);
+    return Holdings::now();
+}
+
+void runManyStarts(const QString& url) {
+    std::printf("%d starts and stops in a row\n", startsAndStops);
+    OurPlayer player;
+    for (int number = 1; number <= startsAndStops; ++number) {
+        player.start(url);
+        player.stop();
+        if (number == 10 || number == startsAndStops) {
+            afterRest().print(number);
+        }
+    }
+}
+
+void runSide(const QString& side, const QString& url) {
+    const std::map<QString, std::function<double()>> sides{
+        {QStringLiteral("start-ours"), [&url] { return startTime<OurPlayer>(url); }},
+        {QStringLiteral("start-bare"), [&url] { return startTime<BarePlayer>(url); }},
+        {QStringLiteral("processor-ours"), [&url] { return ourProcessor(url); }},
+        {QStringLiteral("processor-bare"), [&url] { return bareProcessor(url); }},
+    };
+    Measurement measurement;
+    measurement.seconds = sides.at(side)();
+    printForParent(measurement);
+}
+
+/// A film of 1080p over HTTP with ranges.
+class FilmServer final {
+public:
+    FilmServer() {
+        makeFilm();
+        m_server.Get("/film.mp4", [this](const httplib::Request&, httplib::Response& response) {
+            response.set_content_provider(
+                static_cast<std::size_t>(m_bytes.size()), "video/mp4",
+                [this](std::size_t offset, std::size_t length, httplib::DataSink& sink) {
+                    return sink.write(m_bytes.constData() + offset, std::min<std::size_t>(length, 262144));
+                });
+        });
+        m_port = m_server.bind_to_any_port("127.0.0.1");
+        m_thread = std::thread([this] { m_server.listen_after_bind(); });
+    }
+    ~FilmServer() {
+        m_server.stop();
+        m_thread.join();
+    }
+    FilmServer(const FilmServer&) = delete;
+    FilmServer& operator=(const FilmServer&) = delete;
+
+    [[nodiscard]] QString url() const { return QStringLiteral("http://127.0.0.1:%1/film.mp4").arg(m_port); }
+
+private:
+    void makeFilm() {
+        const QTemporaryDir folder;
+        const QString path = folder.filePath(QStringLiteral("film.mp4"));
+        const QString recipe = QStringLiteral(
+            "-v error -nostdin -f lavfi -i testsrc2=s=1920x1080:r=25:d=60 -f lavfi -i sine=f=440:d=60 "
+            "-c:v libx264 -preset veryfast -b:v 5M -g 50 -pix_fmt yuv420p -c:a aac -movflags +faststart");
+        QStringList arguments = recipe.split(QLatin1Char(' '));
+        arguments.append(path);
+        QFile file(path);
+        if (QProcess::execute(QStringLiteral("ffmpeg"), arguments) != 0 || !file.open(QIODevice::ReadOnly)) {
+            throw std::runtime_error("ffmpeg makes no film");
+        }
+        m_bytes = file.readAll();
+    }
+
+    QByteArray m_bytes;
+    httplib::Server m_server;
+    int m_port = 0;
+    std::thread m_thread;
+};
+
+int runComparison() {
+    const QTemporaryDir folder;
+    qputenv("ONDAVIA_DATA_DIR", folder.path().toUtf8());
+    qputenv("ONDAVIA_VAULT", "file");
+    const FilmServer server;
+    const auto sides = [&server](const char* what, int rounds) {
+        return compare(rounds, {QStringLiteral("%1-ours").arg(QLatin1String(what)), server.url()},
+                       {QStringLiteral("%1-bare").arg(QLatin1String(what)), server.url()});
+    };
+    sides("start", 3)
+        .print("from `play` to the first frame of a film over HTTP (1080p; the middle of 9 starts, "
+               "best of 3)");
+    sides("processor", 3)
+        .print("processor seconds for a second of 1080p, the application against mpv in a "
+               "plain window (best of 3)");
+    return QProcess::execute(QCoreApplication::applicationFilePath(), {QStringLiteral("many"), server.url()});
+}
+
+/// As the application does.
+void drawAsTheApplication() {
+    readGraphicsDriver(QGuiApplication::platformName().toStdString());
+    if (!qEnvironmentVariableIsSet("QT_QUICK_BACKEND") && !qEnvironmentVariableIsSet("QSG_RHI_BACKEND")) {
+        QQuickWindow::setGraphicsApi(isOpenGlSoftware() ? QSGRendererInterface::Software
+                                                        : QSGRendererInterface::OpenGL);
+    }
+}
+
+} // namespace
+} // namespace ondavia::bench
+
+int main(int argc, char** argv) {
+    const QGuiApplication application(argc, argv);
+    std::setlocale(LC_NUMERIC, "C");
+    const QStringList arguments = QCoreApplication::arguments();
+    if (arguments.size() < 3) {
+        return ondavia::bench::runComparison();
+    }
+    ondavia::bench::drawAsTheApplication();
+    if (arguments[1] == QStringLiteral("many")) {
+        ondavia::bench::runManyStarts(arguments[2]);
+    } else {
+        ondavia::bench::runSide(arguments[1], arguments[2]);
+    }
+    return 0;
+}

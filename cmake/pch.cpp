@@ -1,0 +1,1 @@
+// Where a precompiled header is made; nothing else is here.

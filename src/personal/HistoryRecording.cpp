@@ -1,0 +1,63 @@
+#include "personal/HistoryRecording.h"
+
+#include "base/AppLogger.h"
+#include "personal/HistoryService.h"
+#include "store/StoreContext.h"
+
+namespace ondavia {
+namespace {
+
+constexpr double completePercentage = 95.0;
+
+std::optional<WatchHistory> rowOf(StoreContext& modelContext, const std::string& channelId) {
+    try {
+        return modelContext.fetchFirst<WatchHistory>({.where = field(&WatchHistory::channelId) == channelId});
+    } catch (const StoreError& error) {
+        AppLogger::general.debug("history: %s", {error.what()});
+        return std::nullopt;
+    }
+}
+
+/// What an earlier recording knew stays.
+void describe(WatchHistory& row, const WatchedItem& item) {
+    if (row.title.empty()) {
+        row.title = item.name;
+        row.thumbnailURL = item.logo;
+    }
+    if (!row.seriesId) {
+        row.seriesId = item.seriesId;
+    }
+}
+
+} // namespace
+
+WatchedItem::WatchedItem(const Channel& channel)
+    : channelId(channel.id)
+    , name(channel.name)
+    , logo(channel.logo)
+    , seriesId(channel.seriesId)
+    , type(channel.type) {}
+
+void saveHistoryItem(StoreContext& modelContext, const WatchedItem& item, double position, double duration) {
+    WatchHistory row =
+        rowOf(modelContext, item.channelId)
+            .value_or(WatchHistory(mainProfileId, item.channelId, position, duration, item.type));
+    row.position = position;
+    row.duration = duration;
+    row.lastWatchedAt = currentDate();
+    row.isComplete = row.progress() >= completePercentage;
+    describe(row, item);
+    modelContext.insert(std::move(row));
+    try {
+        modelContext.save();
+    } catch (const StoreError& error) {
+        AppLogger::general.debug("history: %s", {error.what()});
+    }
+}
+
+double savedPosition(StoreContext& modelContext, const std::string& channelId) {
+    const auto row = rowOf(modelContext, channelId);
+    return row ? row->position : 0;
+}
+
+} // namespace ondavia

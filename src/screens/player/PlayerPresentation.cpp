@@ -1,0 +1,51 @@
+#include "screens/player/PlayerPresentation.h"
+
+#include "state/AppState.h"
+
+namespace ondavia {
+
+PlayerPresentation::PlayerPresentation(const PlayerScreenServices& services, QObject* parent)
+    : QObject(parent)
+    , m_services(services) {
+    const AppState& appState = m_services.appState;
+    connect(&appState, &AppState::isPlayingChanged, this, &PlayerPresentation::sessionChanged);
+    connect(&appState, &AppState::currentChannelChanged, this, &PlayerPresentation::sessionChanged);
+    // In the next turn: an item chosen over the mini player ends that first, and the old item must not
+    // fill the screen, and play, for the blink of an eye.
+    connect(&appState, &AppState::showMiniPlayerChanged, this, &PlayerPresentation::sessionChanged,
+            Qt::QueuedConnection);
+    sessionChanged();
+}
+
+PlayerPresentation::~PlayerPresentation() = default;
+
+void PlayerPresentation::sessionChanged() {
+    const bool presents = m_services.appState.presentsPlayer();
+    if (presents && !isPresented()) {
+        present();
+    } else if (!presents && isPresented()) {
+        dismiss();
+    }
+}
+
+void PlayerPresentation::present() {
+    m_player = std::make_unique<PlayerViewModel>(m_services, *m_services.appState.currentChannel());
+    connect(m_player.get(), &PlayerViewModel::dismissed, this, &PlayerPresentation::dismiss);
+    m_player->appear();
+    Q_EMIT playerChanged();
+}
+
+void PlayerPresentation::dismiss() {
+    PlayerViewModel* leaving = m_player.release();
+    if (leaving == nullptr) {
+        return;
+    }
+    leaving->disappear();
+    Q_EMIT playerChanged();
+    m_services.appState.playerDismissed();
+    // After what shows it, which goes in the next turn too; but never after what it works with.
+    leaving->setParent(this);
+    leaving->deleteLater();
+}
+
+} // namespace ondavia

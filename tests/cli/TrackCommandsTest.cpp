@@ -1,0 +1,100 @@
+#include "CommandLine.h"
+
+#include <httplib.h>
+
+#include <fstream>
+
+namespace ondavia::cli::testing {
+namespace {
+
+class TrackCommands : public CliTest {
+protected:
+    /// The provider makes its media when they are first asked for, which may take a while.
+    void haveMade(const QString& id) {
+        const auto address = linesOf(cli.runWithAccountInOutput({QStringLiteral("url"), id}).output)
+                                 .at(0)
+                                 .substr(url().size());
+        httplib::Client client(url());
+        client.set_read_timeout(100);
+        client.Get(address, [](const char*, std::size_t) { return false; });
+    }
+};
+
+TEST_F(TrackCommands, TracksListsTheSoundAndTheSubtitlesOfAFilm) {
+    cli.fill(url());
+    haveMade(QStringLiteral("main_100001"));
+    const auto result =
+        cli.run({QStringLiteral("tracks"), QStringLiteral("main_100001"), QStringLiteral("--json")});
+    EXPECT_EQ(result.status, 0) << result.errors;
+    const auto tracks = objectsOf(result.output);
+    EXPECT_EQ(textsOf(tracks, "id"), (std::vector<std::string>{"audio-1", "audio-2", "embsub-3"}));
+    EXPECT_EQ(textsOf(tracks, "kind"), (std::vector<std::string>{"audio", "audio", "subtitle"}));
+    EXPECT_EQ(textsOf(tracks, "name").at(0), "AAC");
+    EXPECT_TRUE(textsOf(tracks, "name").at(2).starts_with("POR")) << textsOf(tracks, "name").at(2);
+    EXPECT_TRUE(tracks.at(0)[QStringLiteral("isEnabled")].toBool());
+    EXPECT_FALSE(tracks.at(1)[QStringLiteral("isEnabled")].toBool());
+    EXPECT_FALSE(tracks.at(2)[QStringLiteral("isEnabled")].toBool());
+    EXPECT_EQ(tracks.at(2)[QStringLiteral("streamIndex")].toInt(), 3);
+}
+
+TEST_F(TrackCommands, ASeriesHasNoTracks) {
+    cli.fill(url());
+    const auto result = cli.run({QStringLiteral("tracks"), QStringLiteral("main_series_2001")});
+    EXPECT_EQ(result.status, 1);
+    EXPECT_TRUE(holds(result.errors, "error: a series has no stream of its own")) << result.errors;
+}
+
+class SubtitleCommands : public ::testing::Test {
+protected:
+    QString write(const std::string& name, const std::string& content) {
+        const auto path = folder.path() / name;
+        std::ofstream(path, std::ios::binary) << content;
+        return QString::fromStdString(path.string());
+    }
+    RunResult parse(const QString& file, const QStringList& more = {}) {
+        return cli.run(QStringList{QStringLiteral("subtitles"), QStringLiteral("parse"), file} + more);
+    }
+
+    ondavia::testing::TemporaryFolder folder;
+    CommandLine cli;
+};
+
+TEST_F(SubtitleCommands, ParseListsWhatAFileShowsWithoutAnAccount) {
+    const auto file = write("a.srt", "\xEF\xBB\xBF"
+                                     "1\r\n00:00:03,500 --> 00:00:04,750\r\n<i>Olá</i>\r\nmundo\r\n\r\n"
+                                     "00:00:01.000 --> 00:00:02.000\r\n\x1b[2JAdeus\r\n");
+    const auto cues = objectsOf(parse(file, {QStringLiteral("--json")}).output);
+    ASSERT_EQ(cues.size(), 2U);
+    EXPECT_EQ(cues[0][QStringLiteral("start")].toDouble(), 1);
+    EXPECT_EQ(cues[0][QStringLiteral("text")].toString().toStdString(), "\x1b[2JAdeus");
+    EXPECT_EQ(cues[1][QStringLiteral("start")].toDouble(), 3.5);
+    EXPECT_EQ(cues[1][QStringLiteral("end")].toDouble(), 4.75);
+    EXPECT_EQ(cues[1][QStringLiteral("text")].toString().toStdString(), "Olá\nmundo");
+    const auto shown = parse(file);
+    EXPECT_EQ(shown.status, 0);
+    EXPECT_TRUE(holds(shown.output, "Olá\\nmundo")) << shown.output;
+}
+
+TEST_F(SubtitleCommands, ParseReadsLatin1) {
+    const auto result =
+        parse(write("b.srt", "00:00:01,000 --> 00:00:02,000\nA\xE7\xE3o"), {QStringLiteral("--json")});
+    EXPECT_EQ(textsOf(objectsOf(result.output), "text"), std::vector<std::string>{"Ação"});
+}
+
+TEST_F(SubtitleCommands, ParseSaysWhyThereIsNothing) {
+    const auto none = parse(write("c.srt", "WEBVTT\n00:00:01.000 --> 00:00:02.000\nlost"));
+    EXPECT_EQ(none.status, 1);
+    EXPECT_TRUE(holds(none.errors, "error: no subtitles can be read out of ")) << none.errors;
+    const auto missing = parse(QStringLiteral("/nowhere/at.all"));
+    EXPECT_EQ(missing.status, 1);
+    EXPECT_TRUE(holds(missing.errors, "error: cannot read /nowhere/at.all: No such file")) << missing.errors;
+    const auto directory = parse(QString::fromStdString(folder.path().string()));
+    EXPECT_EQ(directory.status, 1);
+    EXPECT_TRUE(holds(directory.errors, "error: cannot read ")) << directory.errors;
+    const auto endless = parse(QStringLiteral("/dev/zero"));
+    EXPECT_EQ(endless.status, 1);
+    EXPECT_TRUE(holds(endless.errors, "error: /dev/zero is longer than ")) << endless.errors;
+}
+
+} // namespace
+} // namespace ondavia::cli::testing

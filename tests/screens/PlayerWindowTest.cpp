@@ -1,0 +1,337 @@
+// The player in the window, under real keys and a real pointer.
+#include "ScreensWindow.h"
+#include "playback/PlayerManager.h"
+
+namespace ondavia::testing {
+namespace {
+
+class PlayerWindowTest : public ScreensTest {
+protected:
+    void playFilm(const std::string& type = "movie") {
+        show();
+        appState.playChannel(title(1, type, "Drama", "Uma Longa Noite"));
+        scheduler.runPending();
+        playerManager.setIsBuffering(false);
+        playerManager.setIsPlaying(true);
+        reach(100, 1000);
+        settle();
+    }
+    void reach(double position, double duration) {
+        const auto engine = lastEngine.lock();
+        engine->time = position;
+        engine->length = duration;
+        playerManager.setDuration(duration);
+        playerManager.setCurrentTime(position);
+    }
+    [[nodiscard]] PlayerViewModel& player() { return *models->player()->player(); }
+    [[nodiscard]] QQuickItem* named(const char* objectName) {
+        QQuickItem* found = nullptr;
+        collect(*window->contentItem(), [&](QQuickItem& item) {
+            found = item.objectName() == QLatin1String(objectName) ? &item : found;
+        });
+        return found;
+    }
+    void clickAt(QPoint place) {
+        QTest::mouseClick(window, Qt::LeftButton, {}, place);
+        drainEvents();
+    }
+    void doubleClickAt(QPoint place) {
+        clickAt(place);
+        clickAt(place);
+    }
+    /// Clicks that follow must not count as one double click.
+    void waitAfterClicks() {
+        scheduler.advance(1);
+        settle();
+    }
+};
+
+TEST_F(PlayerWindowTest, KeysSteerTheFilmFromTheFirstOneOn) {
+    playFilm();
+    EXPECT_EQ(focusName(), "Uma Longa Noite") << "the picture has the focus, no control";
+    press(Qt::Key_Right);
+    EXPECT_EQ(playerManager.currentTime(), 110);
+    press(Qt::Key_J);
+    EXPECT_EQ(playerManager.currentTime(), 100);
+    press(Qt::Key_Space);
+    EXPECT_FALSE(playerManager.isPlaying());
+    press(Qt::Key_K);
+    EXPECT_TRUE(playerManager.isPlaying());
+    press(Qt::Key_Up);
+    EXPECT_EQ(systemVolume.asked.size(), 1U);
+    EXPECT_GT(systemVolume.asked.back(), 0.5F);
+    settle();
+    EXPECT_NE(find(QStringLiteral("Volume 55%")), nullptr);
+    press(Qt::Key_M);
+    EXPECT_TRUE(playerManager.isMuted());
+    press(Qt::Key_Escape);
+    EXPECT_FALSE(appState.isPlaying());
+    settle();
+    EXPECT_EQ(find(QStringLiteral("Reproduzir")), nullptr);
+}
+
+TEST_F(PlayerWindowTest, EnterLeadsToTheControlsAndArrowsThroughThem) {
+    playFilm();
+    press(Qt::Key_Return);
+    EXPECT_EQ(focusName(), "Pausa");
+    press(Qt::Key_Right);
+    EXPECT_EQ(focusName(), "Avançar 10 segundos");
+    EXPECT_EQ(playerManager.currentTime(), 100);
+    press(Qt::Key_Return);
+    EXPECT_EQ(playerManager.currentTime(), 110);
+    press(Qt::Key_Down);
+    EXPECT_EQ(focusName(), "Posição");
+    press(Qt::Key_Right);
+    EXPECT_EQ(playerManager.currentTime(), 120) << "on the bar the arrows move the film";
+    EXPECT_EQ(focusName(), "Posição");
+    scheduler.advance(5.1);
+    settle();
+    EXPECT_FALSE(player().controls()->showControls());
+    EXPECT_EQ(focusName(), "Uma Longa Noite") << "controls that have gone hold no focus";
+    press(Qt::Key_Left);
+    EXPECT_EQ(playerManager.currentTime(), 110);
+    EXPECT_TRUE(player().controls()->showControls());
+}
+
+TEST_F(PlayerWindowTest, AClickOnAButtonLeavesTheKeysToTheFilm) {
+    playFilm();
+    click("Silenciar");
+    EXPECT_TRUE(playerManager.isMuted());
+    press(Qt::Key_Right);
+    EXPECT_EQ(playerManager.currentTime(), 110);
+}
+
+TEST_F(PlayerWindowTest, ASingleClickHidesTheControlsAndADoubleOneSeeks) {
+    playFilm();
+    clickAt({300, 250});
+    EXPECT_TRUE(player().controls()->showControls());
+    waitAfterClicks();
+    EXPECT_FALSE(player().controls()->showControls());
+    EXPECT_EQ(find(QStringLiteral("Pausa")), nullptr);
+    doubleClickAt({1100, 250});
+    EXPECT_EQ(playerManager.currentTime(), 110);
+    settle();
+    EXPECT_NE(find(QStringLiteral("10")), nullptr) << "the badge";
+    ASSERT_NE(named("skipBadge"), nullptr);
+    EXPECT_GT(named("skipBadge")->mapToScene(QPointF()).x(), 640);
+    waitAfterClicks();
+    EXPECT_EQ(named("skipBadge"), nullptr);
+    doubleClickAt({100, 250});
+    EXPECT_EQ(playerManager.currentTime(), 100);
+    settle();
+    ASSERT_NE(named("skipBadge"), nullptr);
+    EXPECT_LT(named("skipBadge")->mapToScene(QPointF()).x(), 640);
+}
+
+TEST_F(PlayerWindowTest, ThePointerHidesWithTheControlsAndBringsThemBack) {
+    playFilm();
+    QTest::mouseMove(window, {400, 300});
+    drainEvents();
+    EXPECT_EQ(window->cursor().shape(), Qt::ArrowCursor);
+    scheduler.advance(5.1);
+    settle();
+    ASSERT_FALSE(player().controls()->showControls());
+    EXPECT_EQ(window->cursor().shape(), Qt::BlankCursor);
+    QTest::mouseMove(window, {402, 301});
+    drainEvents();
+    EXPECT_FALSE(player().controls()->showControls()) << "it trembled";
+    QTest::mouseMove(window, {460, 330});
+    drainEvents();
+    EXPECT_TRUE(player().controls()->showControls());
+    settle();
+    EXPECT_EQ(window->cursor().shape(), Qt::ArrowCursor);
+}
+
+TEST_F(PlayerWindowTest, TheWheelChangesTheVolume) {
+    playFilm();
+    QTest::mouseMove(window, {400, 300});
+    const QPointF place(400, 300);
+    for (const int turn : {120, -120, -120}) {
+        QWheelEvent wheel(place, place, {}, {0, turn}, Qt::NoButton, Qt::NoModifier, Qt::NoScrollPhase,
+                          false);
+        QCoreApplication::sendEvent(window, &wheel);
+    }
+    ASSERT_EQ(systemVolume.asked.size(), 3U);
+    EXPECT_GT(systemVolume.asked[0], 0.5F);
+    EXPECT_LT(systemVolume.asked[2], 0.5F);
+}
+
+TEST_F(PlayerWindowTest, TheSeekBarIsEasyToHitAndSeeksWhenLetGo) {
+    playFilm();
+    QQuickItem* bar = find(QStringLiteral("Posição"));
+    ASSERT_NE(bar, nullptr);
+    EXPECT_GE(bar->height(), 44);
+    const QPoint origin = bar->mapToScene(QPointF()).toPoint();
+    const auto at = [&](double fraction) {
+        // At its very top, where a thumb may land.
+        return origin + QPoint(static_cast<int>(bar->width() * fraction), 2);
+    };
+    journal.clear();
+    QTest::mousePress(window, Qt::LeftButton, {}, at(0.5));
+    drainEvents();
+    EXPECT_TRUE(player().seekBar()->isSeeking());
+    QTest::mouseMove(window, at(0.25));
+    drainEvents();
+    EXPECT_THAT(journal, ::testing::IsEmpty());
+    EXPECT_NEAR(player().seekBar()->shownTime(), 250, 5);
+    QTest::mouseRelease(window, Qt::LeftButton, {}, at(0.75));
+    drainEvents();
+    EXPECT_NEAR(playerManager.currentTime(), 750, 5);
+    EXPECT_FALSE(player().seekBar()->isSeeking());
+}
+
+TEST_F(PlayerWindowTest, ALiveChannelHasNoSeekBarAndNoSkips) {
+    playFilm("live");
+    EXPECT_EQ(find(QStringLiteral("Posição")), nullptr);
+    EXPECT_EQ(find(QStringLiteral("Avançar 10 segundos")), nullptr);
+    EXPECT_NE(find(QStringLiteral("AO VIVO")), nullptr);
+    press(Qt::Key_Right);
+    EXPECT_EQ(playerManager.currentTime(), 100);
+}
+
+TEST_F(PlayerWindowTest, TheSheetIsChosenFromByKeyboardAndClosedByATapBesideIt) {
+    playFilm();
+    press(Qt::Key_S);
+    settle();
+    ASSERT_NE(named("sheetPanel"), nullptr);
+    EXPECT_EQ(named("sheetPanel")->width(), 350);
+    EXPECT_EQ(focusName(), "Fechar") << window->activeFocusItem()->metaObject()->className();
+    for (int step = 0; step < 4; ++step) {
+        press(Qt::Key_Down);
+    }
+    EXPECT_EQ(focusName(), "Velocidade, 1x");
+    press(Qt::Key_Return);
+    settle();
+    press(Qt::Key_Down);
+    press(Qt::Key_Down);
+    EXPECT_EQ(focusName(), "0.75x");
+    press(Qt::Key_Return);
+    settle();
+    EXPECT_EQ(focusName(), "Velocidade, 0.75x") << "who chose stays with the section";
+    EXPECT_EQ(playerManager.currentTime(), 100) << "arrows mean the sheet here";
+    EXPECT_TRUE(systemVolume.asked.empty());
+    clickAt({200, 400});
+    settle();
+    EXPECT_EQ(named("sheetPanel"), nullptr);
+    EXPECT_NE(find(QStringLiteral("0.75x")), nullptr) << "the label of the speed";
+    press(Qt::Key_S);
+    settle();
+    press(Qt::Key_Escape);
+    settle();
+    EXPECT_EQ(named("sheetPanel"), nullptr);
+    EXPECT_TRUE(appState.isPlaying());
+    EXPECT_EQ(focusName(), "Uma Longa Noite");
+}
+
+TEST_F(PlayerWindowTest, TheListOfKeysComesAndGoes) {
+    playFilm();
+    press(Qt::Key_Question);
+    settle();
+    EXPECT_NE(find(QStringLiteral("Espaço, K: Reproduzir ou pausar")), nullptr);
+    shoot("player-keys");
+    press(Qt::Key_Escape);
+    settle();
+    EXPECT_EQ(find(QStringLiteral("Espaço, K: Reproduzir ou pausar")), nullptr);
+    EXPECT_TRUE(appState.isPlaying());
+}
+
+TEST_F(PlayerWindowTest, FillsTheScreenAndLeavesItAsItWas) {
+    playFilm();
+    const auto former = window->visibility();
+    press(Qt::Key_F);
+    EXPECT_EQ(window->visibility(), QWindow::FullScreen);
+    press(Qt::Key_Escape);
+    EXPECT_EQ(window->visibility(), former);
+    EXPECT_TRUE(appState.isPlaying());
+    press(Qt::Key_F);
+    player().close();
+    drainEvents();
+    EXPECT_EQ(window->visibility(), former);
+}
+
+TEST_F(PlayerWindowTest, TheErrorLayerOffersAnotherTry) {
+    playFilm();
+    const auto creations = [this] { return std::ranges::count(journal, "create http://tv.example/movie/1"); };
+    playerManager.setError("Erro de reproducao");
+    settle();
+    EXPECT_NE(find(QStringLiteral("Erro de reproducao")), nullptr);
+    EXPECT_EQ(focusName(), "Tentar novamente");
+    scheduler.advance(6);
+    settle();
+    EXPECT_NE(find(QStringLiteral("Tentar novamente")), nullptr) << "it does not go with the controls";
+    click("Tentar novamente");
+    EXPECT_EQ(creations(), 2);
+    settle();
+    EXPECT_EQ(find(QStringLiteral("Tentar novamente")), nullptr);
+    EXPECT_NE(find(QStringLiteral("A preparar reproducao...")), nullptr);
+}
+
+TEST_F(PlayerWindowTest, SubtitlesOfTheScreensLieOverThePicture) {
+    playFilm();
+    playerManager.setUseCustomSubtitleOverlay(true);
+    playerManager.setCurrentSubtitleTrack(SubtitleTrack{
+        "srt-1", std::nullopt, "Português", "", std::vector<SubtitleCue>{{90, 120, "Uma linha\nOutra"}}});
+    scheduler.advance(0.1);
+    settle();
+    QQuickItem* block = named("subtitleBlock");
+    ASSERT_NE(block, nullptr);
+    EXPECT_EQ(block->mapToScene(QPointF(0, block->height())).y(), window->height() - 60);
+    EXPECT_FALSE(block->isEnabled());
+    reach(500, 1000);
+    scheduler.advance(0.1);
+    EXPECT_EQ(named("subtitleBlock"), nullptr);
+}
+
+TEST_F(PlayerWindowTest, ShrinksIntoTheMiniPlayerAndComesBack) {
+    playFilm();
+    journal.clear();
+    click("Minimizar");
+    settle();
+    QQuickItem* mini = named("miniPlayer");
+    ASSERT_NE(mini, nullptr);
+    EXPECT_EQ(mini->mapToScene(QPointF()), QPointF(1280 - 192, 800 - 202));
+    EXPECT_NE(find(QStringLiteral("Inicio")), nullptr) << "the pages are there again";
+    const auto middle = [&] { return mini->mapToScene(QPointF(40, 60)).toPoint(); };
+    const auto moveBy = [&](QPoint way) {
+        const QPoint from = middle();
+        QTest::mousePress(window, Qt::LeftButton, {}, from);
+        QTest::mouseMove(window, from + way / 2);
+        QTest::mouseMove(window, from + way);
+        QTest::mouseRelease(window, Qt::LeftButton, {}, from + way);
+        settle();
+    };
+    moveBy({-900, -200});
+    EXPECT_EQ(mini->mapToScene(QPointF()), QPointF(12, 800 - 202 - 200));
+    window->resize(1000, 500);
+    settle();
+    EXPECT_EQ(mini->mapToScene(QPointF()), QPointF(12, 500 - 155 - 55));
+    EXPECT_THAT(journal, ::testing::IsEmpty());
+    moveBy({4, 4});
+    EXPECT_TRUE(models->player()->isPresented()) << "less than ten is a tap";
+    EXPECT_EQ(named("miniPlayer"), nullptr);
+    EXPECT_THAT(journal, ::testing::IsEmpty()) << "the engine heard nothing of it all";
+    click("Minimizar");
+    settle();
+    click("Silenciar");
+    EXPECT_TRUE(playerManager.isMuted());
+    click("Fechar");
+    settle();
+    EXPECT_EQ(named("miniPlayer"), nullptr);
+    EXPECT_FALSE(appState.isPlaying());
+}
+
+TEST_F(PlayerWindowTest, TheMiniPlayerIsReachedByKeyboard) {
+    playFilm();
+    player().minimizeToMini();
+    settle();
+    for (int step = 0; step < 20 && focusName().find("Voltar ao ecrã inteiro") != 0; ++step) {
+        press(Qt::Key_Tab);
+    }
+    EXPECT_EQ(focusName(), "Voltar ao ecrã inteiro, Uma Longa Noite");
+    press(Qt::Key_Return);
+    settle();
+    EXPECT_TRUE(models->player()->isPresented());
+}
+
+} // namespace
+} // namespace ondavia::testing
