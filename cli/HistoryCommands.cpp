@@ -19,7 +19,7 @@ Rows rowsOfType(const std::string& type) {
 
 void requireNone(StoreContext& rows, const Rows& deleted) {
     if (rows.count(deleted) > 0) {
-        throw CommandError("the history cannot be written: nothing was deleted");
+        throw CommandError("the history cannot be written: it still has what was to go");
     }
 }
 

@@ -18,13 +18,14 @@ function(ondavia_program name)
     ondavia_configure(${name} QT)
 endfunction()
 
-# ondavia_test(NAME DEPENDS <targets> SOURCES <files> [GUI] [THREADS] [TIMEOUT <seconds>])
+# ondavia_test(NAME DEPENDS <targets> SOURCES <files> [GUI] [THREADS] [TIMEOUT <seconds>] [COST <seconds>])
 #
 # A GoogleTest program that CTest runs with an event loop and in fresh folders; with GUI it has a
 # QGuiApplication and the label "gui", and runs on a display of its own. With THREADS what it tests runs on several
 # threads: it has the label "threads", belongs to the target thread_tests, and runs under the thread sanitizer too.
+# COST is about how long it takes: the longest begin first, so that none of them is the last one, alone.
 function(ondavia_test name)
-    cmake_parse_arguments(ARG "GUI;THREADS" "TIMEOUT" "DEPENDS;SOURCES" ${ARGN})
+    cmake_parse_arguments(ARG "GUI;THREADS" "TIMEOUT;COST" "DEPENDS;SOURCES" ${ARGN})
     if(NOT ARG_TIMEOUT)
         # Generous: under the sanitizers, on a machine that does other things too.
         set(ARG_TIMEOUT 1800)
@@ -46,6 +47,9 @@ function(ondavia_test name)
         add_dependencies(thread_tests ${name})
     endif()
     set_tests_properties(${name} PROPERTIES TIMEOUT ${ARG_TIMEOUT} LABELS "${label}")
+    if(ARG_COST)
+        set_tests_properties(${name} PROPERTIES COST ${ARG_COST})
+    endif()
 endfunction()
 
 add_custom_target(thread_tests)

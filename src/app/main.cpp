@@ -3,6 +3,7 @@
 #include "app/Services.h"
 #include "base/Redaction.h"
 #include "base/VisibleText.h"
+#include "platform/linux/MessageBus.h"
 #include "screens/FailureWindow.h"
 
 #include <QCommandLineParser>
@@ -10,6 +11,7 @@
 
 #include <algorithm>
 #include <clocale>
+#include <optional>
 
 namespace {
 
@@ -81,7 +83,9 @@ int main(int argc, char** argv) {
     Options options;
     options.answerWithoutDisplay(argc, argv);
 
+    auto detour = std::make_optional<ondavia::SilentBusDetour>();
     const QGuiApplication application(argc, argv);
+    detour.reset();
     QGuiApplication::setApplicationDisplayName(QStringLiteral("Ondavia"));
     QGuiApplication::setDesktopFileName(QStringLiteral("ondavia"));
     // libmpv reads and writes numbers by the C locale.

@@ -13,7 +13,7 @@ std::optional<WatchHistory> rowOf(StoreContext& modelContext, const std::string&
     try {
         return modelContext.fetchFirst<WatchHistory>({.where = field(&WatchHistory::channelId) == channelId});
     } catch (const StoreError& error) {
-        AppLogger::general.debug("history: %s", {error.what()});
+        AppLogger::general.error("history: %s", {error.what()});
         return std::nullopt;
     }
 }
@@ -51,7 +51,7 @@ void saveHistoryItem(StoreContext& modelContext, const WatchedItem& item, double
     try {
         modelContext.save();
     } catch (const StoreError& error) {
-        AppLogger::general.debug("history: %s", {error.what()});
+        AppLogger::general.error("history: %s", {error.what()});
     }
 }
 

@@ -25,7 +25,7 @@ Rows fetched(StoreContext& context, const Query<WatchHistory>& query) {
     try {
         return context.fetch(query);
     } catch (const StoreError& error) {
-        AppLogger::general.debug("history: %s", {error.what()});
+        AppLogger::general.error("history: %s", {error.what()});
         return {};
     }
 }
@@ -100,7 +100,7 @@ void HistoryService::saveDeletion() {
         m_modelContext.save(OnFailure::Keep);
     } catch (const StoreError& error) {
         // The user wants it gone as soon as that can be done, and can do nothing about it.
-        AppLogger::general.debug("history: %s", {error.what()});
+        AppLogger::general.error("history: %s", {error.what()});
     }
 }
 

@@ -1,4 +1,5 @@
 #include "support/PrivateBus.h"
+#include "support/SilentServer.h"
 #include "support/TestSupport.h"
 
 #include <QFile>
@@ -58,6 +59,26 @@ TEST(Application, IsAPlayerThatOtherProgramsSee) {
         return playerctl.waitForFinished() && playerctl.readAllStandardOutput() == "ondavia\n";
     };
     EXPECT_TRUE(waitUntil(isListed, std::chrono::minutes(2)));
+    application.kill();
+    application.waitForFinished();
+}
+
+// Qt asks for a bus in one go, libdbus' way; what may wait for one says less at first.
+TEST(Application, ShowsItsWindowBesideASessionBusThatNeverAnswers) {
+    SilentServer bus;
+    const TemporaryFolder folder;
+    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+    environment.insert(QStringLiteral("DBUS_SESSION_BUS_ADDRESS"),
+                       QString::fromStdString("unix:path=" + bus.path()));
+    environment.insert(QStringLiteral("ONDAVIA_DATA_DIR"), QString::fromStdString(folder.path().string()));
+    environment.insert(QStringLiteral("QT_QPA_PLATFORM"), QStringLiteral("xcb"));
+    QProcess application;
+    application.setProcessEnvironment(environment);
+    application.start(QStringLiteral(APPLICATION_PROGRAM), {});
+    ASSERT_TRUE(application.waitForStarted());
+    EXPECT_TRUE(waitUntil([&] { return hasWindow(application.processId()); }));
+    EXPECT_THAT(bus.said(), ::testing::Not(::testing::IsEmpty()));
+    EXPECT_THAT(bus.said(), ::testing::Each(::testing::Not(::testing::HasSubstr("AUTH EXTERNAL"))));
     application.kill();
     application.waitForFinished();
 }

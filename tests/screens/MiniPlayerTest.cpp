@@ -88,6 +88,15 @@ TEST_F(MiniPlayerTest, StaysWhereItWasLeftForTheNextTime) {
     EXPECT_EQ(mini.position(), QPointF(left, 300));
 }
 
+TEST_F(MiniPlayerTest, ComesBackToItsFirstPlaceWhenNobodyMovedIt) {
+    minimise();
+    mini.expand();
+    drainEvents();
+    player().minimizeToMini();
+    mini.setContainer(400, 800);
+    EXPECT_EQ(mini.position(), QPointF(400 - 102, 800 - 147));
+}
+
 TEST_F(MiniPlayerTest, ExpandingGivesTheSessionBackToTheFullScreen) {
     minimise();
     journal.clear();

@@ -11,11 +11,6 @@ namespace ondavia::testing {
 /// The player of the open session, over an engine that writes down what it is told.
 class PlayerFixture : public ScreensFixture {
 protected:
-    ~PlayerFixture() override {
-        OrientationLock::set({Qt::PortraitOrientation, Qt::InvertedPortraitOrientation,
-                              Qt::LandscapeOrientation, Qt::InvertedLandscapeOrientation});
-    }
-
     [[nodiscard]] PlayerScreenServices playerServices() {
         return {appState, store->mainContext(), playerManager,   scheduler,
                 audio,    systemVolume,         screenBrightness};
@@ -79,6 +74,13 @@ protected:
         store->mainContext().save();
     }
 
+    /// Goes after the presentation, which leaves its own orientation.
+    struct AllOrientationsAgain final {
+        ~AllOrientationsAgain() {
+            OrientationLock::set({Qt::PortraitOrientation, Qt::InvertedPortraitOrientation,
+                                  Qt::LandscapeOrientation, Qt::InvertedLandscapeOrientation});
+        }
+    } orientations;
     PlayerPresentation presentation{playerServices()};
 };
 

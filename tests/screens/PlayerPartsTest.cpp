@@ -37,6 +37,31 @@ TEST_F(ControlsTest, StayAsLongAsASliderIsOpenAndFiveSecondsMore) {
     EXPECT_FALSE(player().controls()->showControls());
 }
 
+TEST_F(ControlsTest, StayAsLongAsTheSeekBarIsHeldAndFiveSecondsMore) {
+    playFilm();
+    reach(100, 1000);
+    player().seekBar()->drag(100, 400);
+    scheduler.advance(12);
+    EXPECT_TRUE(player().controls()->showControls());
+    player().seekBar()->endDrag(100, 400);
+    scheduler.advance(4.9);
+    EXPECT_TRUE(player().controls()->showControls());
+    scheduler.advance(0.2);
+    EXPECT_FALSE(player().controls()->showControls());
+}
+
+TEST_F(ControlsTest, StayAsLongAsALevelIsDragged) {
+    playFilm();
+    SliderButtonModel& volume = *player().levels()->volume();
+    volume.press({0, 100});
+    volume.moveTo({0, 60});
+    scheduler.advance(12);
+    EXPECT_TRUE(player().controls()->showControls());
+    volume.release();
+    scheduler.advance(5.1);
+    EXPECT_FALSE(player().controls()->showControls());
+}
+
 TEST_F(ControlsTest, AToggleTakesThemAwayAndBringsThemBackForFiveSeconds) {
     playFilm();
     scheduler.advance(3);
@@ -176,6 +201,13 @@ TEST_F(LevelsTest, FollowTheScreensBrightnessAsItChanges) {
     EXPECT_DOUBLE_EQ(levels().brightness()->value(), 0.6) << "who has gone takes nothing from who came after";
 }
 
+TEST_F(LevelsTest, AStepGoesFromWhatTheOutputHasNow) {
+    audio.volume = 0.75F;
+    ASSERT_DOUBLE_EQ(levels().volume()->value(), 0.5) << "the mirror is older";
+    levels().changeVolume(1);
+    EXPECT_THAT(systemVolume.asked, ElementsAre(FloatNear(0.8F, 1e-6F)));
+}
+
 TEST_F(LevelsTest, AKeyOrTheWheelChangesTheVolumeByStepsWithinItsRange) {
     levels().changeVolume(1);
     EXPECT_THAT(systemVolume.asked.back(), FloatNear(0.55F, 1e-6F));
@@ -308,7 +340,7 @@ protected:
 TEST_F(KeysTest, SteerTheFilm) {
     playFilm();
     reach(100, 1000);
-    for (const int key : {Qt::Key_Space, Qt::Key_K}) {
+    for (const int key : {Qt::Key_Space, Qt::Key_K, Qt::Key_MediaPause}) {
         const bool played = playerManager.isPlaying();
         EXPECT_TRUE(press(key));
         EXPECT_NE(playerManager.isPlaying(), played);

@@ -180,6 +180,45 @@ TEST_F(PlayerWindowTest, TheSeekBarIsEasyToHitAndSeeksWhenLetGo) {
     EXPECT_FALSE(player().seekBar()->isSeeking());
 }
 
+TEST_F(PlayerWindowTest, ALowWindowHasEveryControlToo) {
+    playFilm();
+    window->resize(892, 412);
+    settle();
+    for (const char* name : {"Brilho", "Volume", "Posição", "Pausa", "Fechar"}) {
+        EXPECT_NE(find(QString::fromUtf8(name)), nullptr) << name;
+    }
+    shoot("player-low");
+    click("Volume");
+    EXPECT_TRUE(player().levels()->isSliderOpen());
+    settle();
+    shoot("player-low-volume");
+}
+
+TEST_F(PlayerWindowTest, ALevelLeftOpenClosesWhenTheControlsAreBack) {
+    playFilm();
+    click("Volume");
+    clickAt({640, 250});
+    scheduler.advance(0.5);
+    settle();
+    ASSERT_FALSE(player().controls()->showControls());
+    ASSERT_TRUE(player().levels()->isSliderOpen());
+    press(Qt::Key_Right);
+    settle();
+    scheduler.advance(2.1);
+    EXPECT_FALSE(player().levels()->isSliderOpen());
+}
+
+TEST_F(PlayerWindowTest, AWindowThatClosesKeepsWhatWasWatched) {
+    playFilm();
+    reach(990, 1000);
+    screens.reset();
+    const auto row = store->mainContext().fetchFirst<WatchHistory>({});
+    ASSERT_TRUE(row);
+    EXPECT_EQ(row->position, 990);
+    EXPECT_TRUE(row->isComplete);
+    EXPECT_FALSE(playerManager.player());
+}
+
 TEST_F(PlayerWindowTest, ALiveChannelHasNoSeekBarAndNoSkips) {
     playFilm("live");
     EXPECT_EQ(find(QStringLiteral("Posição")), nullptr);
@@ -233,6 +272,22 @@ TEST_F(PlayerWindowTest, TheListOfKeysComesAndGoes) {
     settle();
     EXPECT_EQ(find(QStringLiteral("Espaço, K: Reproduzir ou pausar")), nullptr);
     EXPECT_TRUE(appState.isPlaying());
+}
+
+TEST_F(PlayerWindowTest, TheListOfKeysCanBeScrolledInALowWindow) {
+    playFilm();
+    window->resize(892, 480);
+    settle();
+    press(Qt::Key_Question);
+    settle();
+    press(Qt::Key_PageDown);
+    settle();
+    QQuickItem* last = find(QStringLiteral("Esc: Sair"));
+    ASSERT_NE(last, nullptr) << "the key scrolls and does not send the list away";
+    EXPECT_LT(last->mapToScene(QPointF(0, last->height())).y(), window->height());
+    press(Qt::Key_Escape);
+    settle();
+    EXPECT_EQ(find(QStringLiteral("Esc: Sair")), nullptr);
 }
 
 TEST_F(PlayerWindowTest, FillsTheScreenAndLeavesItAsItWas) {

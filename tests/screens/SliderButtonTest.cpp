@@ -133,6 +133,26 @@ TEST_F(SliderButtonTest, ClosesNothingOnceItIsOffTheScreen) {
     EXPECT_EQ(scheduler.activeTimers(), 0);
 }
 
+TEST_F(SliderButtonTest, ComesBackAsItWasLeftAndThenCloses) {
+    button.tap();
+    button.invalidate();
+    scheduler.advance(3);
+    button.resume();
+    EXPECT_TRUE(button.showSlider());
+    scheduler.advance(2.1);
+    EXPECT_FALSE(button.showSlider());
+    button.resume();
+    EXPECT_EQ(scheduler.activeTimers(), 0) << "nothing is open";
+}
+
+TEST_F(SliderButtonTest, WatchesItsValueWhileItIsDragged) {
+    button.press({0, 100});
+    button.moveTo({0, 80});
+    changes.clear();
+    button.setValue(0.4);
+    EXPECT_THAT(changes, ElementsAre(0.4));
+}
+
 TEST_F(SliderButtonTest, WatchesItsValueWhileTheSliderShows) {
     button.tap();
     scheduler.advance(1.5);

@@ -107,13 +107,18 @@ inline void scribble(const std::filesystem::path& file, std::int64_t offset, std
     stream << std::string(count, '\xAB');
 }
 
-/// What a crash would leave of the store in `from`, in a new folder.
+/// What a crash would leave of the store in `from`, in a new folder. A backup that is being made meanwhile
+/// may have gone, or be there in part.
 inline void copyStore(const std::filesystem::path& from, const std::filesystem::path& to) {
     std::filesystem::create_directory(to);
     for (const auto& entry : std::filesystem::directory_iterator(from)) {
         if (!entry.is_directory()) {
+            std::error_code error;
             std::filesystem::copy(entry.path(), to / entry.path().filename(),
-                                  std::filesystem::copy_options::copy_symlinks);
+                                  std::filesystem::copy_options::copy_symlinks, error);
+            if (error && error != std::errc::no_such_file_or_directory) {
+                throw std::filesystem::filesystem_error("copyStore", entry.path(), error);
+            }
         }
     }
 }

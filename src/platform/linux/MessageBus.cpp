@@ -4,8 +4,10 @@
 
 #include <QFutureWatcher>
 
+#include <future>
 #include <memory>
 #include <string>
+#include <thread>
 
 namespace ondavia {
 namespace {
@@ -39,7 +41,43 @@ bool answers(MessageBus::Kind kind, const std::stop_token& stop) {
     return letsIn(kind, end.get()) && connectionTo(kind).isConnected();
 }
 
+constexpr const char* sessionBusAddress = "DBUS_SESSION_BUS_ADDRESS";
+
+/// Whether the session bus has not decided within `patience`. One that is not there decides at once.
+bool isSessionBusSilent(std::chrono::milliseconds patience) {
+    const GPointer<GCancellable> end(g_cancellable_new());
+    std::promise<void> decision;
+    const auto decided = decision.get_future();
+    const std::jthread search([&] {
+        letsIn(MessageBus::Kind::Session, end.get());
+        decision.set_value();
+    });
+    const bool isSilent = decided.wait_for(patience) == std::future_status::timeout;
+    g_cancellable_cancel(end.get());
+    return isSilent;
+}
+
 } // namespace
+
+SilentBusDetour::SilentBusDetour()
+    : m_isHiding(isSessionBusSilent(patience)) {
+    if (m_isHiding) {
+        m_address = qgetenv(sessionBusAddress);
+        qputenv(sessionBusAddress, "disabled:");
+    }
+}
+
+SilentBusDetour::~SilentBusDetour() {
+    if (!m_isHiding) {
+        return;
+    }
+    QDBusConnection::sessionBus();
+    if (m_address.isEmpty()) {
+        qunsetenv(sessionBusAddress);
+    } else {
+        qputenv(sessionBusAddress, m_address);
+    }
+}
 
 void MessageBus::whenThere(QObject* context, std::function<void(const QDBusConnection&)> use) {
     if (!m_answers) {

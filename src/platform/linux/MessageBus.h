@@ -5,6 +5,7 @@
 #include <QDBusConnection>
 #include <QFuture>
 
+#include <chrono>
 #include <functional>
 #include <optional>
 
@@ -30,6 +31,28 @@ private:
     Kind m_kind;
     std::optional<QFuture<bool>> m_answers;
     CountedThreads m_search;
+};
+
+/// Keeps Qt from a session bus that takes callers in and never answers: Qt connects before the first window,
+/// to tell assistive programs of it, and waits for minutes. For as long as this lives such a bus is hidden,
+/// and Qt, once there is an application, remembers that it found none; other libraries find the bus again
+/// afterwards.
+///
+/// Main thread; made before the application, when nobody else reads the environment. Waits for the bus at
+/// most `patience`.
+class SilentBusDetour final {
+public:
+    static constexpr std::chrono::seconds patience{3};
+
+    SilentBusDetour();
+    ~SilentBusDetour();
+    SilentBusDetour(const SilentBusDetour&) = delete;
+    SilentBusDetour& operator=(const SilentBusDetour&) = delete;
+
+private:
+    bool m_isHiding = false;
+    /// Of the silent bus; empty where it is the user's default one.
+    QByteArray m_address;
 };
 
 } // namespace ondavia

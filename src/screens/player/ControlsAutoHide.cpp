@@ -2,9 +2,9 @@
 
 namespace ondavia {
 
-ControlsAutoHide::ControlsAutoHide(Scheduler& scheduler, std::function<bool()> isSliderOpen)
+ControlsAutoHide::ControlsAutoHide(Scheduler& scheduler, std::function<bool()> isSliderInUse)
     : m_scheduler(scheduler)
-    , m_isSliderOpen(std::move(isSliderOpen)) {}
+    , m_isSliderInUse(std::move(isSliderInUse)) {}
 
 void ControlsAutoHide::resetControlsTimer() {
     invalidate();
@@ -24,7 +24,7 @@ void ControlsAutoHide::wake() {
 }
 
 void ControlsAutoHide::timeIsOver() {
-    if (m_isSliderOpen()) {
+    if (m_isSliderInUse()) {
         resetControlsTimer();
     } else {
         setShowControls(false);

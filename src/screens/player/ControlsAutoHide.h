@@ -12,7 +12,7 @@
 namespace ondavia {
 
 /// When the controls over a picture show: they step back 5 seconds after they came, or were last used, but
-/// not while a slider among them is open. Main thread.
+/// not while a slider among them is in use. Main thread.
 class ControlsAutoHide final : public QObject {
     Q_OBJECT
     QML_ELEMENT
@@ -25,7 +25,7 @@ public:
     static constexpr double seconds = 5.0;
 
     /// `scheduler` must outlive the object.
-    ControlsAutoHide(Scheduler& scheduler, std::function<bool()> isSliderOpen);
+    ControlsAutoHide(Scheduler& scheduler, std::function<bool()> isSliderInUse);
 
     /// Starts the 5 seconds anew where the controls show, and ends them where not.
     void resetControlsTimer();
@@ -38,7 +38,7 @@ private:
     void timeIsOver();
 
     Scheduler& m_scheduler;
-    std::function<bool()> m_isSliderOpen;
+    std::function<bool()> m_isSliderInUse;
     std::unique_ptr<ScheduledTimer> m_controlsTimer;
 };
 

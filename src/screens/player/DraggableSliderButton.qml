@@ -33,7 +33,7 @@ Item {
     Keys.onDownPressed: event => button.stepBy(-1, event)
     Keys.onReturnPressed: button.model.tap()
     Keys.onEnterPressed: button.model.tap()
-    onVisibleChanged: if (!visible) button.model.invalidate()
+    onVisibleChanged: visible ? button.model.resume() : button.model.invalidate()
     Component.onDestruction: button.model.invalidate()
 
     Rectangle {

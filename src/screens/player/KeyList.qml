@@ -12,7 +12,8 @@ FocusScope {
     Accessible.name: Texts.get("player.keys.title", "Teclas")
     Keys.onPressed: event => {
         event.accepted = true
-        list.player.showKeys = false
+        if (!page.scroll(event.key))
+            list.player.showKeys = false
     }
 
     Rectangle {
@@ -36,50 +37,56 @@ FocusScope {
         border.color: Theme.hairline
         clip: true
 
-        Column {
-            id: lines
-            x: Theme.unit * 6
-            y: Theme.unit * 6
-            width: parent.width - x * 2
-            spacing: Theme.unit
-            Label {
-                text: Texts.get("player.keys.title", "Teclas")
-                font.pixelSize: Theme.headingSize
-                font.weight: Font.DemiBold
-                bottomPadding: Theme.unit * 3
-                Accessible.role: Accessible.Heading
-            }
-            Repeater {
-                model: list.player.keys.lines
-                Item {
-                    id: line
-                    required property var modelData
-                    width: lines.width
-                    height: 36
-                    Accessible.role: Accessible.ListItem
-                    Accessible.name: line.modelData.keys + ": " + line.modelData.action
-                    Rectangle {
-                        width: names.width + Theme.unit * 4
-                        height: 28
-                        anchors.verticalCenter: parent.verticalCenter
-                        radius: Theme.unit * 2
-                        color: Theme.buttonHover
+        ScrollPage {
+            id: page
+            anchors.fill: parent
+            contentHeight: lines.height + Theme.unit * 12
+
+            Column {
+                id: lines
+                x: Theme.unit * 6
+                y: Theme.unit * 6
+                width: parent.width - x * 2
+                spacing: Theme.unit
+                Label {
+                    text: Texts.get("player.keys.title", "Teclas")
+                    font.pixelSize: Theme.headingSize
+                    font.weight: Font.DemiBold
+                    bottomPadding: Theme.unit * 3
+                    Accessible.role: Accessible.Heading
+                }
+                Repeater {
+                    model: list.player.keys.lines
+                    Item {
+                        id: line
+                        required property var modelData
+                        width: lines.width
+                        height: 36
+                        Accessible.role: Accessible.ListItem
+                        Accessible.name: line.modelData.keys + ": " + line.modelData.action
+                        Rectangle {
+                            width: names.width + Theme.unit * 4
+                            height: 28
+                            anchors.verticalCenter: parent.verticalCenter
+                            radius: Theme.unit * 2
+                            color: Theme.buttonHover
+                            Label {
+                                id: names
+                                anchors.centerIn: parent
+                                text: line.modelData.keys
+                                font.weight: Font.Medium
+                                Accessible.ignored: true
+                            }
+                        }
                         Label {
-                            id: names
-                            anchors.centerIn: parent
-                            text: line.modelData.keys
-                            font.weight: Font.Medium
+                            x: 124
+                            width: parent.width - x
+                            anchors.verticalCenter: parent.verticalCenter
+                            text: line.modelData.action
+                            color: Theme.textMuted
+                            elide: Text.ElideRight
                             Accessible.ignored: true
                         }
-                    }
-                    Label {
-                        x: 124
-                        width: parent.width - x
-                        anchors.verticalCenter: parent.verticalCenter
-                        text: line.modelData.action
-                        color: Theme.textMuted
-                        elide: Text.ElideRight
-                        Accessible.ignored: true
                     }
                 }
             }

@@ -57,7 +57,12 @@ QPointF MiniPlayerViewModel::corner() const {
 
 void MiniPlayerViewModel::setContainer(double width, double height) {
     constexpr double aboveTheBar = 80;
-    m_container = QSizeF(width, height);
+    // The window comes back where it was left.
+    if (const QSizeF container(width, height); container != m_container) {
+        m_container = container;
+    } else {
+        return;
+    }
     m_position = m_hasInitialPosition ? snapped(m_position)
                                       : QPointF(width - miniWidth / 2 - padding,
                                                 height - miniHeight / 2 - padding - aboveTheBar);

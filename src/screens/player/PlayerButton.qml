@@ -8,6 +8,8 @@ IconButton {
     /// On a disc of its own, where no scrim lies behind it.
     property bool hasDisc: false
 
+    // The controls fade as one, also while they take no input.
+    opacity: 1
     focusPolicy: Qt.TabFocus
     background: Rectangle {
         radius: width / 2

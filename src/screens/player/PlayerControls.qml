@@ -10,10 +10,8 @@ FocusScope {
     /// Something else stands in the middle.
     property bool hidesMiddle: false
     readonly property real margin: Theme.marginFor(controls.width)
-    /// Too little room for everything.
-    readonly property bool isLow: controls.height < 480
     /// Brightness and volume stand above the middle where their sliders would cover it.
-    readonly property real sidesOffset: controls.width < 600 ? -150 : 0
+    readonly property real sidesOffset: controls.width < 600 ? -Math.max(0, Math.min(150, controls.height / 2 - 160)) : 0
 
     /// The keyboard steps in.
     function takeFocus() {
@@ -133,7 +131,6 @@ FocusScope {
         x: controls.margin - Theme.unit * 2
         anchors.verticalCenter: parent.verticalCenter
         anchors.verticalCenterOffset: controls.sidesOffset
-        visible: !controls.isLow
         icon: "sun.max.fill"
         text: Texts.get("player.brightness", "Brilho")
         model: controls.model.levels.brightness
@@ -143,7 +140,6 @@ FocusScope {
         anchors.rightMargin: controls.margin - Theme.unit * 2
         anchors.verticalCenter: parent.verticalCenter
         anchors.verticalCenterOffset: controls.sidesOffset
-        visible: !controls.isLow
         icon: "speaker.wave.2.fill"
         opensToTheRight: false
         text: Texts.get("player.volume", "Volume")
@@ -166,6 +162,7 @@ FocusScope {
         anchors.bottom: below.top
         model: controls.model.seekBar
         isAllowed: !controls.model.isLive
+        onStepped: forwards => controls.model.skips.step(forwards)
     }
     TabularText {
         id: duration
@@ -213,6 +210,8 @@ FocusScope {
             text: Texts.get("player.nextEpisode", "Proximo episodio")
             symbol: "forward.end.fill"
             kind: Button.Secondary
+            // They fade as one.
+            opacity: 1
             focusPolicy: Qt.TabFocus
             onClicked: controls.model.playNextEpisode()
         }

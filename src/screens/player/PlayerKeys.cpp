@@ -19,11 +19,12 @@ void PlayerKeys::bindPlayback() {
             m_view.skips()->step(forwards);
         }
     };
-    m_bindings.push_back({{Qt::Key_Space, Qt::Key_K, Qt::Key_MediaPlay, Qt::Key_MediaTogglePlayPause},
-                          textFor("player.keys.space", "Espaço") + QStringLiteral(", K"),
-                          textFor("player.keys.playPause", "Reproduzir ou pausar"),
-                          Repeat::No,
-                          [this] { m_view.togglePlayPause(); }});
+    m_bindings.push_back(
+        {{Qt::Key_Space, Qt::Key_K, Qt::Key_MediaPlay, Qt::Key_MediaPause, Qt::Key_MediaTogglePlayPause},
+         textFor("player.keys.space", "Espaço") + QStringLiteral(", K"),
+         textFor("player.keys.playPause", "Reproduzir ou pausar"),
+         Repeat::No,
+         [this] { m_view.togglePlayPause(); }});
     m_bindings.push_back({{Qt::Key_Left, Qt::Key_J},
                           QStringLiteral("←, J"),
                           textFor("player.keys.back", "Recuar"),

@@ -55,7 +55,9 @@ void PlayerLevels::read() {
 }
 
 void PlayerLevels::changeVolume(double steps) {
-    const double volume = std::clamp(m_volume.value() + steps * volumeStep, 0.0, 1.0);
+    // The mirror may be half a second old.
+    const auto output = static_cast<double>(m_audioSession.outputVolume());
+    const double volume = std::clamp(output + steps * volumeStep, 0.0, 1.0);
     m_volume.setValue(volume);
     m_systemVolume.setVolume(static_cast<float>(volume));
     setShowVolumeBadge(true);

@@ -41,7 +41,7 @@ public:
 
     [[nodiscard]] SliderButtonModel* brightness() { return &m_brightness; }
     [[nodiscard]] SliderButtonModel* volume() { return &m_volume; }
-    [[nodiscard]] bool isSliderOpen() const { return m_brightness.showSlider() || m_volume.showSlider(); }
+    [[nodiscard]] bool isSliderOpen() const { return m_brightness.isOpen() || m_volume.isOpen(); }
 
     /// Takes both from the system.
     void read();

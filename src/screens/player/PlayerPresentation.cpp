@@ -17,7 +17,13 @@ PlayerPresentation::PlayerPresentation(const PlayerScreenServices& services, QOb
     sessionChanged();
 }
 
-PlayerPresentation::~PlayerPresentation() = default;
+// A window that closes leaves its player as somebody who leaves does: what was watched is kept.
+PlayerPresentation::~PlayerPresentation() {
+    m_services.appState.disconnect(this);
+    if (m_player) {
+        m_player->disappear();
+    }
+}
 
 void PlayerPresentation::sessionChanged() {
     const bool presents = m_services.appState.presentsPlayer();

@@ -20,7 +20,7 @@ PlayerViewModel::PlayerViewModel(const PlayerScreenServices& services, Channel c
     : m_services(services)
     , m_channel(std::move(channel))
     , m_levels(services.audioSession, services.systemVolume, services.screenBrightness, services.scheduler)
-    , m_controls(services.scheduler, [this] { return m_levels.isSliderOpen(); })
+    , m_controls(services.scheduler, [this] { return m_levels.isSliderOpen() || m_seekBar.isSeeking(); })
     , m_skips(services.playerManager, m_choices, services.scheduler)
     , m_seekBar(services.playerManager)
     , m_taps(services.scheduler)
@@ -44,6 +44,8 @@ void PlayerViewModel::connectFields() {
     connect(&appState, &AppState::currentEpisodeIndexChanged, this, &PlayerViewModel::itemChanged);
     connect(&m_choices, &PlaybackChoices::playbackSpeedChanged, this, &PlayerViewModel::speedTextChanged);
     connect(&m_levels, &PlayerLevels::sliderClosed, &m_controls, &ControlsAutoHide::resetControlsTimer);
+    connect(&m_seekBar, &VODSeekBarModel::isSeekingChanged, &m_controls,
+            &ControlsAutoHide::resetControlsTimer);
     connect(&m_taps, &VideoTaps::singleTapped, &m_controls, &ControlsAutoHide::toggleControls);
     connect(&m_taps, &VideoTaps::doubleTapped, this, [this](double x, double width) {
         if (!isLive()) {

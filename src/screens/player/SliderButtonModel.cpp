@@ -18,7 +18,7 @@ void SliderButtonModel::setValue(double value) {
     }
     m_value = value;
     Q_EMIT valueChanged();
-    if (m_showSlider) {
+    if (isOpen()) {
         Q_EMIT changed(m_value);
         startHideTimer();
     }
@@ -35,6 +35,10 @@ void SliderButtonModel::setShowSlider(bool shows) {
 void SliderButtonModel::tap() {
     setShowSlider(!m_showSlider);
     // A timer that still runs when the slider is closed finds nothing to do.
+    resume();
+}
+
+void SliderButtonModel::resume() {
     if (m_showSlider) {
         startHideTimer();
     }
@@ -87,7 +91,6 @@ void SliderButtonModel::take(double value) {
 void SliderButtonModel::setDragging(bool dragging) {
     if (m_isDragging != dragging) {
         m_isDragging = dragging;
-        Q_EMIT isDraggingChanged();
         Q_EMIT isOpenChanged();
     }
 }

@@ -20,8 +20,6 @@ class SliderButtonModel final : public QObject {
     Q_PROPERTY(double value READ value NOTIFY valueChanged)
     /// Where the value is in its range, from 0.0 to 1.0.
     Q_PROPERTY(double fraction READ fraction NOTIFY valueChanged)
-    Q_PROPERTY(bool showSlider READ showSlider NOTIFY showSliderChanged)
-    Q_PROPERTY(bool isDragging READ isDragging NOTIFY isDraggingChanged)
     /// The slider shows.
     Q_PROPERTY(bool isOpen READ isOpen NOTIFY isOpenChanged)
 
@@ -62,10 +60,11 @@ public:
     Q_INVOKABLE void slide(double location, double height);
     /// The button has gone off the screen.
     Q_INVOKABLE void invalidate() { m_hideTimer.reset(); }
+    /// It is back, and its slider as it was left.
+    Q_INVOKABLE void resume();
 
     Q_SIGNAL void valueChanged();
     Q_SIGNAL void showSliderChanged();
-    Q_SIGNAL void isDraggingChanged();
     Q_SIGNAL void isOpenChanged();
     /// The viewer has changed the value.
     Q_SIGNAL void changed(double value);

@@ -7,6 +7,7 @@ Item {
     id: bar
     required property VODSeekBarModel model
     property bool isAllowed: true
+    signal stepped(bool forwards)
     readonly property bool isLively: area.containsMouse || area.pressed || bar.activeFocus
 
     implicitHeight: 48
@@ -15,6 +16,8 @@ Item {
     Accessible.role: Accessible.Slider
     Accessible.name: Texts.get("player.position", "Posição")
     Accessible.description: bar.model.positionText
+    Accessible.onIncreaseAction: bar.stepped(true)
+    Accessible.onDecreaseAction: bar.stepped(false)
 
     Rectangle {
         id: track
