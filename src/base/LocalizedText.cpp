@@ -1,5 +1,7 @@
 #include "base/LocalizedText.h"
 
+#include "base/Text.h"
+
 #include <algorithm>
 #include <atomic>
 #include <memory>
@@ -15,11 +17,7 @@ std::atomic<std::shared_ptr<const TextCatalogue>>& installedCatalogue() {
 }
 
 std::string lowercaseLanguageCode(std::string_view locale) {
-    std::string code(locale.substr(0, locale.find_first_of("-_.@")));
-    std::ranges::transform(code, code.begin(), [](char letter) {
-        return letter >= 'A' && letter <= 'Z' ? static_cast<char>(letter - 'A' + 'a') : letter;
-    });
-    return code;
+    return asciiLowercase(std::string(locale.substr(0, locale.find_first_of("-_.@"))));
 }
 
 } // namespace

@@ -1,5 +1,7 @@
 #include "base/SecretFinder.h"
 
+#include "base/Text.h"
+
 #include <algorithm>
 #include <charconv>
 #include <optional>
@@ -23,23 +25,6 @@ std::optional<unsigned> hexadecimal(std::string_view digits, std::size_t count) 
         return std::nullopt;
     }
     return number;
-}
-
-/// A lone surrogate comes to nothing that a text holds.
-std::string utf8(unsigned codePoint) {
-    const auto byte = [](unsigned bits) { return static_cast<char>(bits); };
-    if (codePoint < 0x80) {
-        return {byte(codePoint)};
-    }
-    if (codePoint < 0x800) {
-        return {byte(0xC0U | codePoint >> 6U), byte(0x80U | (codePoint & 0x3FU))};
-    }
-    const char middle = byte(0x80U | (codePoint >> 6U & 0x3FU));
-    const char last = byte(0x80U | (codePoint & 0x3FU));
-    if (codePoint < 0x10000) {
-        return {byte(0xE0U | codePoint >> 12U), middle, last};
-    }
-    return {byte(0xF0U | codePoint >> 18U), byte(0x80U | (codePoint >> 12U & 0x3FU)), middle, last};
 }
 
 /// What an escape at the beginning of a text stands for, and its own length.
@@ -73,9 +58,9 @@ std::optional<Escape> escapeAt(std::string_view text) {
     if (const auto unit = unicodeEscape(text)) {
         const auto next = isHighSurrogate(*unit) ? unicodeEscape(text.substr(unicodeLength)) : std::nullopt;
         if (next && isLowSurrogate(*next)) {
-            return Escape{utf8(0x10000U + ((*unit - 0xD800U) << 10U) + (*next - 0xDC00U)), pairLength};
+            return Escape{utf8Of(0x10000U + ((*unit - 0xD800U) << 10U) + (*next - 0xDC00U)), pairLength};
         }
-        return Escape{utf8(*unit), unicodeLength};
+        return Escape{utf8Of(*unit), unicodeLength};
     }
     const bool isQuoted =
         text.size() > 1 && text[0] == '\\' && (text[1] == '/' || text[1] == '"' || text[1] == '\\');

@@ -1,5 +1,6 @@
 #include "base/Text.h"
 
+#include <algorithm>
 #include <charconv>
 #include <memory>
 #include <unicode/brkiter.h>
@@ -75,6 +76,29 @@ std::optional<std::string_view> firstCharacters(std::string_view utf8, int count
         return std::nullopt;
     }
     return utf8.substr(0, static_cast<std::size_t>(end));
+}
+
+std::string asciiLowercase(std::string text) {
+    std::ranges::transform(text, text.begin(), [](char letter) {
+        return letter >= 'A' && letter <= 'Z' ? static_cast<char>(letter - 'A' + 'a') : letter;
+    });
+    return text;
+}
+
+std::string utf8Of(unsigned codePoint) {
+    const auto byte = [](unsigned bits) { return static_cast<char>(bits); };
+    if (codePoint < 0x80) {
+        return {byte(codePoint)};
+    }
+    if (codePoint < 0x800) {
+        return {byte(0xC0U | codePoint >> 6U), byte(0x80U | (codePoint & 0x3FU))};
+    }
+    const char middle = byte(0x80U | (codePoint >> 6U & 0x3FU));
+    const char last = byte(0x80U | (codePoint & 0x3FU));
+    if (codePoint < 0x10000) {
+        return {byte(0xE0U | codePoint >> 12U), middle, last};
+    }
+    return {byte(0xF0U | codePoint >> 18U), byte(0x80U | (codePoint >> 12U & 0x3FU)), middle, last};
 }
 
 bool isValidUtf8(std::string_view bytes) {

@@ -17,6 +17,12 @@ namespace ondavia {
 /// `utf8` cut to its first `count` grapheme clusters; absent when it has fewer.
 [[nodiscard]] std::optional<std::string_view> firstCharacters(std::string_view utf8, int count);
 
+/// `text` with its "A" to "Z" as "a" to "z", and all else as it is.
+[[nodiscard]] std::string asciiLowercase(std::string text);
+
+/// A code point's UTF-8. A lone surrogate comes to nothing that a text holds.
+[[nodiscard]] std::string utf8Of(unsigned codePoint);
+
 /// Whether `bytes` are well-formed UTF-8.
 [[nodiscard]] bool isValidUtf8(std::string_view bytes);
 

@@ -2,18 +2,12 @@
 
 #include "base/Text.h"
 
-#include <algorithm>
-
 namespace ondavia {
 
 namespace {
 
 bool startsWithIgnoringCase(std::string_view text, std::string_view lowercasePrefix) {
-    return text.size() >= lowercasePrefix.size() &&
-           std::ranges::equal(text.substr(0, lowercasePrefix.size()), lowercasePrefix,
-                              [](char left, char right) {
-                                  return (left >= 'A' && left <= 'Z' ? left - 'A' + 'a' : left) == right;
-                              });
+    return asciiLowercase(std::string(text.substr(0, lowercasePrefix.size()))) == lowercasePrefix;
 }
 
 } // namespace

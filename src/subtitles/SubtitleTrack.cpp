@@ -56,18 +56,11 @@ std::string withoutExtension(const std::string& name) {
     return hasExtension ? name.substr(0, point) : name;
 }
 
-/// The tokens are plain letters, so that those of other alphabets need no lower case.
-std::string inLowerCase(std::string text) {
-    std::ranges::transform(text, text.begin(), [](char character) {
-        return character >= 'A' && character <= 'Z' ? static_cast<char>(character - 'A' + 'a') : character;
-    });
-    return text;
-}
-
 /// Language token, where the file's name ends in one that is known, and what to call the track.
 std::pair<std::optional<std::string>, std::string> inferLanguage(const std::string& url) {
     const std::string name = withoutExtension(lastPathComponent(url));
-    const std::string lowered = inLowerCase(name);
+    // The tokens are plain letters, so that those of other alphabets need no lower case.
+    const std::string lowered = asciiLowercase(name);
     for (const char separator : {'.', '_', '-'}) {
         const auto last = lowered.rfind(separator);
         if (last == std::string::npos) {

@@ -38,5 +38,19 @@ TEST(Text, tellsWellFormedUtf8) {
     EXPECT_FALSE(isValidUtf8("\xed\xa0\x80"));
 }
 
+TEST(Text, lowersPlainLettersAlone) {
+    EXPECT_EQ(asciiLowercase("AZaz@[09ÇÃ"), "azaz@[09ÇÃ");
+    EXPECT_EQ(asciiLowercase(""), "");
+}
+
+TEST(Text, writesCodePointsInUtf8) {
+    EXPECT_EQ(utf8Of('a'), "a");
+    EXPECT_EQ(utf8Of(0), std::string(1, '\0'));
+    EXPECT_EQ(utf8Of(0x7F) + utf8Of(0x80) + utf8Of(0xE7), "\x7F\u0080\u00e7");
+    EXPECT_EQ(utf8Of(0x7FF) + utf8Of(0x800) + utf8Of(0xFFFD), "\u07ff\u0800\ufffd");
+    EXPECT_EQ(utf8Of(0x10000) + utf8Of(0x10FFFF), "\U00010000\U0010ffff");
+    EXPECT_FALSE(isValidUtf8(utf8Of(0xD800)));
+}
+
 } // namespace
 } // namespace ondavia

@@ -117,6 +117,15 @@ TEST(SubtitleTrack, ShowsACueFromItsStartToBeforeItsEnd) {
     EXPECT_EQ(textAt(withCues({}), 1), "none");
 }
 
+TEST(SubtitleTrack, LooksInTheLowerMiddleAndMayMissACueThatAnotherOverlaps) {
+    const auto subtitles = withCues({{0, 10, "long"}, {1, 2, "one"}, {3, 4, "two"}});
+    EXPECT_EQ(textAt(subtitles, 0.5), "long");
+    EXPECT_EQ(textAt(subtitles, 1.5), "one");
+    EXPECT_EQ(textAt(subtitles, 3.5), "two") << "one of those that show, never both";
+    EXPECT_EQ(textAt(subtitles, 5), "none");
+    EXPECT_EQ(textAt(withCues({{0, 10, "long"}, {1, 9, "short"}}), 5), "long");
+}
+
 TEST(SubtitleTrack, FindsEveryCueOfALongFile) {
     std::vector<SubtitleCue> cues;
     for (int index = 0; index < 1001; ++index) {
