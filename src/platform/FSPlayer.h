@@ -36,7 +36,7 @@ enum class FSPlaybackState {
 };
 enum class FSScalingMode { Fit = 0, Fill = 1 };
 /// Reasons of FSPlayerDidFinishNotification.
-enum class FSFinishReason { PlaybackEnded = 0, PlaybackError = 1, UserExited = 2 };
+enum class FSFinishReason { PlaybackEnded = 0, PlaybackError = 1 };
 
 /// Bits of `loadState`.
 inline constexpr unsigned FSLoadStatePlayable = 1U << 0;
@@ -72,7 +72,9 @@ private:
 
 /// What the engine knows of the streams: text keys, values of any type. The keys are `stream_idx`,
 /// `type` ("video", "audio", "timedtext"), `codec_name`, `codec_profile`, `bitrate`, `language`, `title`,
-/// `width`, `height` and `sample_rate`; `mediaMeta` holds the list "streams" of such dictionaries.
+/// `width`, `height` and `sample_rate`; `mediaMeta` holds the list "streams" of such dictionaries. What a
+/// stream does not say is missing, and so is `codec_profile` everywhere with an older libmpv (0.35, say),
+/// which does not tell profiles.
 struct FSMonitor final {
     QVariantMap videoMeta;
     QVariantMap audioMeta;
@@ -165,7 +167,9 @@ public:
     virtual void exchangeSelectedStream(std::int32_t streamIndex) = 0;
     /// Switches the active stream of a type ("video", "audio", "timedtext") off; nothing open is no fault.
     virtual void closeCurrentStream(const std::string& streamType) = 0;
-    /// Adds external subtitle files without activating one.
+    /// Adds external subtitle files without activating one. Over HTTP and HTTPS alone, whatever plays: a
+    /// provider names them, and must not have a file of this machine's read. An engine may leave some out
+    /// until they are activated.
     virtual void loadSubtitlesOnly(const std::vector<std::string>& urls) = 0;
     /// Adds an external subtitle file if it is new, and activates it.
     virtual void loadThenActiveSubtitle(const std::string& url) = 0;

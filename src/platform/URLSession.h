@@ -20,12 +20,15 @@ namespace ondavia {
 /// (a blank, a "%" that escapes nothing). Nothing is percent-encoded for the caller.
 [[nodiscard]] std::optional<QUrl> makeURL(std::string_view text);
 
+/// The User-Agent of external subtitle files, whoever fetches them: some servers give theirs to players only.
+inline constexpr const char* subtitleUserAgent = "VLC/3.0.16 LibVLC/3.0.16";
+
 /// A failure of the transport. `what()` has its URLs masked.
 class URLError final : public std::runtime_error {
 public:
     enum class Kind {
-        /// The server's name is not known.
-        UnknownHost,
+        /// The server's name is not known. Logs hold the numbers, where 0 would read as no error.
+        UnknownHost = 1,
         /// Nobody answers at the address.
         Unreachable,
         /// The server took too long.

@@ -7,6 +7,8 @@
 #include <QUrl>
 
 #include <algorithm>
+#include <atomic>
+#include <cstdint>
 #include <memory>
 #include <optional>
 #include <qcoro/qcorofuture.h>
@@ -22,11 +24,19 @@ struct StatusError final {
     int status;
 };
 
+/// What one load's files have in common.
+struct Load final {
+    std::shared_ptr<URLSession> session;
+    std::size_t maximumFile;
+    /// Of all files together, in bytes.
+    std::shared_ptr<std::atomic<std::int64_t>> left;
+    std::stop_token stop;
+};
+
 class FileReader final : public URLBodyReader {
 public:
-    FileReader(std::size_t limit, std::stop_token stop)
-        : m_limit(limit)
-        , m_stop(std::move(stop)) {}
+    explicit FileReader(Load load)
+        : m_load(std::move(load)) {}
 
     void begin(std::optional<int> status) override {
         if (status && (*status < 200 || *status > 299)) {
@@ -34,12 +44,12 @@ public:
         }
     }
     void receive(std::string_view received) override {
-        if (m_stop.stop_requested()) {
+        if (m_load.stop.stop_requested()) {
             throw URLError(URLError::Kind::Cancelled, "Nobody wants the subtitles any more");
         }
-        if (received.size() > m_limit - bytes.size()) {
-            throw URLError(URLError::Kind::TooLong,
-                           "The subtitles are longer than " + std::to_string(m_limit) + " bytes");
+        const auto count = static_cast<std::int64_t>(received.size());
+        if (received.size() > m_load.maximumFile - bytes.size() || m_load.left->fetch_sub(count) < count) {
+            throw URLError(URLError::Kind::TooLong, "There are too many bytes of subtitles");
         }
         bytes += received;
     }
@@ -48,15 +58,7 @@ public:
     std::string bytes;
 
 private:
-    std::size_t m_limit;
-    std::stop_token m_stop;
-};
-
-/// What one load's files have in common.
-struct Load final {
-    std::shared_ptr<URLSession> session;
-    std::size_t maximumFile;
-    std::stop_token stop;
+    Load m_load;
 };
 
 QUrl requiredURL(const std::string& text) {
@@ -69,8 +71,8 @@ QUrl requiredURL(const std::string& text) {
 
 /// Absent where they cannot be had. Takes what it needs by value: whoever called may be gone.
 QCoro::Task<std::optional<std::string>> download(Load load, std::string url) {
-    const auto reader = std::make_shared<FileReader>(load.maximumFile, load.stop);
-    const std::vector<URLSession::Header> headers{{"User-Agent", "VLC/3.0.16 LibVLC/3.0.16"}};
+    const auto reader = std::make_shared<FileReader>(load);
+    const std::vector<URLSession::Header> headers{{"User-Agent", subtitleUserAgent}};
     try {
         const QUrl address = requiredURL(url);
         const auto transfer = load.session->stream(address, reader, headers);
@@ -79,11 +81,8 @@ QCoro::Task<std::optional<std::string>> download(Load load, std::string url) {
     } catch (const StatusError& refusal) {
         AppLogger::subtitle.error("HTTP %ld loading %s", {refusal.status, url});
     } catch (const URLError& error) {
-        if (error.kind() != URLError::Kind::Cancelled) {
-            AppLogger::subtitle.error(
-                "Error loading subtitle (url redacted) code=%{public}ld domain=%{public}s",
-                {static_cast<int>(error.kind()), "URLError"});
-        }
+        AppLogger::subtitle.error("Error loading subtitle (url redacted) code=%{public}ld domain=%{public}s",
+                                  {static_cast<int>(error.kind()), "URLError"});
     }
     co_return std::nullopt;
 }
@@ -129,7 +128,8 @@ SubtitleLoader::loadAll(URLSessionFactory makeSession, std::vector<std::string> 
     if (!urls.empty()) {
         const URLSessionConfiguration configuration{.requestTimeout = requestTimeout,
                                                     .resourceTimeout = resourceTimeout};
-        const Load load{makeSession(configuration), maximumLoad / urls.size(), stop};
+        const Load load{makeSession(configuration), std::max(maximumLoad / urls.size(), minimumShare),
+                        std::make_shared<std::atomic<std::int64_t>>(maximumLoad), stop};
         std::vector<QCoro::Task<void>> loads;
         for (const auto& url : urls) {
             loads.push_back(loadInto(tracks, load, url));

@@ -17,6 +17,9 @@ public:
     /// What the files of one load may have in all, in bytes after inflation. Each may have an even share of
     /// it, so that one without an end takes nothing from the others; a longer one is left out.
     static constexpr std::size_t maximumLoad = std::size_t{64} << 20;
+    /// The share of each where they are very many, so that those of ordinary length are not left out before
+    /// all of them together are too much.
+    static constexpr std::size_t minimumShare = std::size_t{1} << 20;
     /// Longest silence of a server, in seconds.
     static constexpr double requestTimeout = 15;
     /// Longest download of one file, in seconds: one that never ends must not keep the others from showing.

@@ -171,6 +171,7 @@ TEST(EngineWindow, FillsOrFitsOrStretchesToARatio) {
 }
 
 TEST(EngineWindow, DrawsThePickedSubtitle) {
+    const MediaServer server;
     Scene scene;
     Engine engine(MpvOutputs::Window, Media::shared().movie);
     Scene::host(engine, scene.large());
@@ -188,7 +189,7 @@ TEST(EngineWindow, DrawsThePickedSubtitle) {
         timesUnchanged = plain == before ? timesUnchanged + 1 : 0;
         return timesUnchanged > 20;
     })) << "the frame that was sought comes to rest";
-    engine->loadThenActiveSubtitle(Media::shared().subtitles);
+    engine->loadThenActiveSubtitle(server.url("/file/user/word/legenda.srt"));
     EXPECT_TRUE(waitUntil([&] { return difference(bottom(), plain) > 3; }, 10s));
     engine->closeCurrentStream("timedtext");
     EXPECT_TRUE(waitUntil([&] { return difference(bottom(), plain) < 1; }, 10s));

@@ -1,13 +1,14 @@
 // External subtitle files beside a film that plays, as providers have them.
 #include "MediaServer.h"
-#include "platform/linux/CurlURLSession.h"
 #include "platform/linux/LinuxAudioSession.h"
 #include "platform/linux/PulseVolume.h"
 #include "platform/linux/QtScheduler.h"
 #include "playback/PlayerManager.h"
 #include "playback/engine/MpvPlayerFactory.h"
 #include "subtitles/SubtitleLoader.h"
+#include "support/EndlessReply.h"
 #include "support/HttpServer.h"
+#include "support/PatientSession.h"
 #include "support/TestSupport.h"
 
 #include <gmock/gmock.h>
@@ -45,16 +46,12 @@ protected:
             }
             reply.set_content(large, "text/plain");
         });
-        files.server.Get("/s3cr3t-word/endless.srt", [this](const auto&, auto& reply) {
-            reply.set_chunked_content_provider("text/plain", [this](std::size_t, httplib::DataSink& sink) {
-                const std::string block(std::size_t{64} << 10, 'x');
-                return !isOver && sink.write(block.data(), block.size());
-            });
-        });
+        files.server.Get("/s3cr3t-word/endless.srt",
+                         [this](const auto&, auto& reply) { endless.answer(reply, "x"); });
         files.start();
     }
     ~RealSubtitles() override {
-        isOver = true;
+        endless.isOver = true;
         manager.stop();
         EXPECT_TRUE(waitForTransfers(std::chrono::minutes(1)));
         EXPECT_THAT(log.text(), Not(HasSubstr("s3cr3t-word")));
@@ -79,7 +76,7 @@ protected:
     }
 
     static std::unique_ptr<TemporaryFolder> folder;
-    std::atomic_bool isOver = false;
+    EndlessReply endless;
     const LogCapture log;
     NotificationCenter notifications;
     std::unique_ptr<Scheduler> scheduler = makeQtScheduler();
@@ -89,13 +86,8 @@ protected:
     MediaServer server{folder->path() / "clip.mp4"};
     MPNowPlayingInfoCenter nowPlaying;
     MPRemoteCommandCenter commands;
-    PlayerManager manager{
-        {makeMpvPlayerFactory(notifications, MpvOutputs::Null), notifications, *scheduler, *audio,
-         // More patient than the loader is: a loaded machine may be slower than a server may be silent.
-         [](const URLSessionConfiguration&) {
-             return makeCurlURLSession({.requestTimeout = 600, .resourceTimeout = 600});
-         },
-         nowPlaying, commands}};
+    PlayerManager manager{{makeMpvPlayerFactory(notifications, MpvOutputs::Null), notifications, *scheduler,
+                           *audio, makePatientSession, nowPlaying, commands}};
 };
 
 std::unique_ptr<TemporaryFolder> RealSubtitles::folder;

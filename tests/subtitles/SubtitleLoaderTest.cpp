@@ -1,8 +1,11 @@
 #include "subtitles/SubtitleLoader.h"
 
-#include "platform/linux/CurlURLSession.h"
+#include "support/EndlessReply.h"
 #include "support/HttpServer.h"
+#include "support/PatientSession.h"
 #include "support/TestSupport.h"
+
+#include <QUrl>
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -20,6 +23,7 @@ using ::testing::ElementsAre;
 using ::testing::HasSubstr;
 using ::testing::IsEmpty;
 using ::testing::Not;
+using ::testing::UnorderedElementsAre;
 using namespace std::chrono_literals;
 
 constexpr const char* oneCue = "1\n00:00:01,000 --> 00:00:02,000\nOlá\n";
@@ -32,10 +36,28 @@ std::vector<std::string> namesOf(const std::vector<SubtitleTrack>& tracks) {
     return names;
 }
 
+/// Has one cue for every address, and nothing of HTTP.
+class PlainSession final : public URLSession {
+public:
+    QCoro::Task<URLResponse> data(QUrl /*url*/, std::vector<Header> /*headers*/) override {
+        co_return URLResponse();
+    }
+    URLResponse fetch(const QUrl& /*url*/, std::size_t /*limit*/, const std::atomic_bool& /*stop*/) override {
+        return {};
+    }
+    QCoro::Task<void> stream(QUrl /*url*/, std::shared_ptr<URLBodyReader> reader,
+                             std::vector<Header> /*headers*/) override {
+        reader->begin(std::nullopt);
+        reader->receive(oneCue);
+        reader->finish();
+        co_return;
+    }
+};
+
 class SubtitleLoaderTest : public ::testing::Test {
 protected:
     ~SubtitleLoaderTest() override {
-        isOver = true;
+        endless.isOver = true;
         EXPECT_THAT(log.text(), Not(HasSubstr("s3cr3t-word")));
         EXPECT_TRUE(waitForTransfers(60s));
     }
@@ -51,16 +73,9 @@ protected:
             reply.set_content(content, "application/octet-stream");
         });
     }
-    /// Text for ever, until the test is over.
     void serveWithoutEnd(const std::string& name) {
-        http.server.Get("/s3cr3t-word/" + name, [this](const auto&, auto& reply) {
-            reply.set_chunked_content_provider("text/plain", [this](std::size_t, httplib::DataSink& sink) {
-                const std::string block(std::size_t{64} << 10, 'x');
-                const bool goesOn = !isOver && sink.write(block.data(), block.size());
-                endlessBytes += goesOn ? block.size() : 0;
-                return goesOn;
-            });
-        });
+        http.server.Get("/s3cr3t-word/" + name,
+                        [this](const auto&, auto& reply) { endless.answer(reply, "x"); });
     }
 
     [[nodiscard]] std::string url(const std::string& name) const { return http.url("/s3cr3t-word/" + name); }
@@ -71,11 +86,7 @@ protected:
         for (const auto& name : names) {
             urls.push_back(url(name));
         }
-        // More patient than the loader is: a loaded machine may be slower than a server may be silent.
-        const auto makeSession = [](const URLSessionConfiguration&) {
-            return makeCurlURLSession({.requestTimeout = 600, .resourceTimeout = 600});
-        };
-        return SubtitleLoader::loadAll(makeSession, urls, stop);
+        return SubtitleLoader::loadAll(makePatientSession, urls, stop);
     }
     std::vector<SubtitleTrack> load(const std::vector<std::string>& names) {
         return resultOf(loading(names));
@@ -88,8 +99,7 @@ protected:
     std::mutex mutex;
     std::vector<std::string> userAgents;
     std::atomic_int requests = 0;
-    std::atomic_bool isOver = false;
-    std::atomic<std::size_t> endlessBytes = 0;
+    EndlessReply endless;
     HttpServer http;
 };
 
@@ -158,11 +168,38 @@ TEST_F(SubtitleLoaderTest, LeavesOutARefusalThoughItHasCues) {
     EXPECT_THAT(failures(), ElementsAre(HasSubstr("HTTP 404 loading http://127.0.0.1:")));
 }
 
+TEST_F(SubtitleLoaderTest, TakesRepliesOfSuccessAlone) {
+    for (const int status : {201, 203, 299, 300, 400, 500, 599}) {
+        serve(std::to_string(status) + ".srt", oneCue, status);
+    }
+    http.start();
+    EXPECT_THAT(namesOf(load({"201.srt", "203.srt", "299.srt", "300.srt", "400.srt", "500.srt", "599.srt"})),
+                ElementsAre("201", "203", "299"));
+    EXPECT_THAT(failures(), UnorderedElementsAre(HasSubstr("HTTP 300 "), HasSubstr("HTTP 400 "),
+                                                 HasSubstr("HTTP 500 "), HasSubstr("HTTP 599 ")));
+}
+
+TEST_F(SubtitleLoaderTest, TakesRepliesThatHaveNoStatus) {
+    const auto makeSession = [](const URLSessionConfiguration&) { return std::make_shared<PlainSession>(); };
+    const auto tracks = resultOf(SubtitleLoader::loadAll(makeSession, {"file:///films/Filme.srt"}));
+    EXPECT_THAT(namesOf(tracks), ElementsAre("Filme"));
+}
+
 TEST_F(SubtitleLoaderTest, LeavesOutAFileWithoutCues) {
     serve("page.srt", "<html><body>Conta expirada</body></html>");
+    serve("empty.srt", "");
     http.start();
-    EXPECT_THAT(load({"page.srt"}), IsEmpty());
-    EXPECT_THAT(failures(), ElementsAre(HasSubstr("Parsed zero cues from http://127.0.0.1:")));
+    EXPECT_THAT(load({"page.srt", "empty.srt"}), IsEmpty());
+    EXPECT_THAT(failures(), ElementsAre(HasSubstr("Parsed zero cues from http://127.0.0.1:"),
+                                        HasSubstr("Parsed zero cues from http://127.0.0.1:")));
+}
+
+TEST_F(SubtitleLoaderTest, ReadsUtf8WithAByteOrderMark) {
+    serve("film.srt", "\xEF\xBB\xBF" + std::string(oneCue));
+    http.start();
+    const auto tracks = load({"film.srt"});
+    ASSERT_EQ(tracks.size(), 1U);
+    EXPECT_EQ(tracks[0].cues[0], (SubtitleCue{1, 2, "Olá"}));
 }
 
 TEST_F(SubtitleLoaderTest, TellsNoAddressOfAFailure) {
@@ -176,21 +213,23 @@ TEST_F(SubtitleLoaderTest, TellsNoAddressOfAFailure) {
                 IsEmpty());
     EXPECT_EQ(failures().size(), 3U);
     for (const auto& failure : failures()) {
-        EXPECT_THAT(failure, ::testing::MatchesRegex("Error loading subtitle \\(url redacted\\) code=[0-9]+ "
-                                                     "domain=URLError"));
+        EXPECT_THAT(failure,
+                    ::testing::MatchesRegex("Error loading subtitle \\(url redacted\\) code=[1-9][0-9]* "
+                                            "domain=URLError"));
     }
 }
 
-TEST_F(SubtitleLoaderTest, WaitsFifteenSecondsForASilentServer) {
-    double silence = 0;
-    const auto makeSession = [&silence](const URLSessionConfiguration& configuration) {
-        silence = configuration.requestTimeout;
+TEST_F(SubtitleLoaderTest, WaitsFifteenSecondsForASilentServerAndAMinuteForAFile) {
+    URLSessionConfiguration used;
+    const auto makeSession = [&used](const URLSessionConfiguration& configuration) {
+        used = configuration;
         return makeCurlURLSession(configuration);
     };
     serve("a.srt", oneCue);
     http.start();
     EXPECT_EQ(resultOf(SubtitleLoader::loadAll(makeSession, {url("a.srt")})).size(), 1U);
-    EXPECT_EQ(silence, 15);
+    EXPECT_EQ(used.requestTimeout, 15);
+    EXPECT_EQ(used.resourceTimeout, 60);
 }
 
 TEST_F(SubtitleLoaderTest, AsksForAllFilesAtOnce) {
@@ -217,8 +256,8 @@ TEST_F(SubtitleLoaderTest, TakesNoMoreThanItsShareOfOneWithoutAnEndAndLoadsTheOt
                 ElementsAre("Português", "large"));
     EXPECT_THAT(failures(), ElementsAre(HasSubstr("Error loading subtitle (url redacted)")));
     // What the sockets on the way hold comes on top of a third.
-    EXPECT_LT(endlessBytes, SubtitleLoader::maximumLoad);
-    EXPECT_GT(endlessBytes, SubtitleLoader::maximumLoad / 4);
+    EXPECT_LT(endless.bytes, std::int64_t{SubtitleLoader::maximumLoad});
+    EXPECT_GT(endless.bytes, std::int64_t{SubtitleLoader::maximumLoad / 4});
 }
 
 TEST_F(SubtitleLoaderTest, LoadsAFileOfFiftyMegabytes) {
@@ -246,16 +285,46 @@ TEST_F(SubtitleLoaderTest, LoadsTwoHundredFiles) {
     EXPECT_THAT(failures(), IsEmpty());
 }
 
+TEST_F(SubtitleLoaderTest, LoadsAThousandFilesThoughSomeAreLongerThanAnEvenShare) {
+    constexpr int files = 1000;
+    http.server.Get("/s3cr3t-word/(.*)0.srt", [](const auto&, auto& reply) {
+        reply.set_content(oneCue + std::string(std::size_t{150} << 10, '\n'), "text/plain");
+    });
+    http.server.Get("/s3cr3t-word/.*",
+                    [](const auto&, auto& reply) { reply.set_content(oneCue, "text/plain"); });
+    http.start();
+    std::vector<std::string> names;
+    for (int file = 0; file < files; ++file) {
+        names.push_back(std::to_string(file) + ".srt");
+    }
+    EXPECT_EQ(load(names).size(), std::size_t{files});
+    EXPECT_THAT(failures(), IsEmpty());
+}
+
+TEST_F(SubtitleLoaderTest, TakesNoMoreThanTheBoundOfManyWithoutAnEnd) {
+    constexpr int files = 100;
+    std::vector<std::string> names;
+    for (int file = 0; file < files; ++file) {
+        names.push_back(std::to_string(file) + ".srt");
+        serve(names.back(), std::string(std::size_t{900} << 10, 'x'));
+    }
+    http.start();
+    EXPECT_THAT(load(names), IsEmpty());
+    constexpr auto whole = SubtitleLoader::maximumLoad / (std::size_t{900} << 10);
+    EXPECT_LE(std::ranges::count_if(failures(), [](const auto& text) { return text.starts_with("Parsed"); }),
+              static_cast<std::ptrdiff_t>(whole));
+}
+
 TEST_F(SubtitleLoaderTest, EndsItsDownloadsWhenItIsStopped) {
     serveWithoutEnd("endless.srt");
     http.start();
     std::stop_source stop;
     auto task = loading({"endless.srt"}, stop.get_token());
-    ASSERT_TRUE(waitUntil([this] { return endlessBytes > 0; }));
+    ASSERT_TRUE(waitUntil([this] { return endless.bytes > 0; }));
     stop.request_stop();
     EXPECT_THAT(resultOf(std::move(task)), IsEmpty());
-    EXPECT_LT(endlessBytes, SubtitleLoader::maximumLoad);
-    EXPECT_THAT(failures(), IsEmpty()) << "nothing failed";
+    EXPECT_LT(endless.bytes, std::int64_t{SubtitleLoader::maximumLoad});
+    EXPECT_THAT(failures(), ElementsAre(HasSubstr("Error loading subtitle (url redacted)")));
 }
 
 } // namespace

@@ -43,14 +43,6 @@ std::optional<ContentRange> parseContentRange(std::string_view text) {
     return first ? std::optional(ContentRange{*first, number(text.substr(slash + 1))}) : std::nullopt;
 }
 
-bool namesOtherAddresses(std::string_view beginning) {
-    constexpr std::string_view byteOrderMark = "\xEF\xBB\xBF";
-    if (beginning.starts_with(byteOrderMark)) {
-        beginning.remove_prefix(byteOrderMark.size());
-    }
-    return beginning.starts_with("#EXTM3U") || beginning.find("<MPD") != std::string_view::npos;
-}
-
 CURLM* makeMulti() {
     static const CURLcode initialized = curl_global_init(CURL_GLOBAL_DEFAULT);
     CURLM* multi = initialized == CURLE_OK ? curl_multi_init() : nullptr;
@@ -61,6 +53,15 @@ CURLM* makeMulti() {
 }
 
 } // namespace
+
+bool namesOtherAddresses(std::string_view beginning) {
+    beginning = beginning.substr(0, tellingBytes);
+    constexpr std::string_view byteOrderMark = "\xEF\xBB\xBF";
+    if (beginning.starts_with(byteOrderMark)) {
+        beginning.remove_prefix(byteOrderMark.size());
+    }
+    return beginning.starts_with("#EXTM3U") || beginning.find("<MPD") != std::string_view::npos;
+}
 
 void CurlMediaStream::MultiDeleter::operator()(void* multi) const {
     curl_multi_cleanup(multi);
@@ -87,7 +88,7 @@ bool CurlMediaStream::openNow() {
     }
     static_cast<void>(awaitBytes(tellingBytes));
     m_isPlaylist = m_connection != nullptr && namesOtherAddresses(m_connection->bytes());
-    return !m_cancelled && m_connection != nullptr;
+    return !m_cancelled && m_connection != nullptr && !m_isPlaylist;
 }
 
 std::int64_t CurlMediaStream::read(char* to, std::size_t size) {

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "platform/linux/ByteSource.h"
+
 #include <atomic>
 #include <cstdint>
 #include <memory>
@@ -11,6 +13,9 @@
 namespace ondavia {
 
 class MediaConnection;
+
+/// Whether what begins so is a list of addresses that are relative to its own.
+[[nodiscard]] bool namesOtherAddresses(std::string_view beginning);
 
 /// How a stream's connection ended.
 enum class MediaStreamEnd {
@@ -28,30 +33,28 @@ enum class MediaStreamEnd {
 /// behind the place where a reply broke off cannot be had any more, unless somebody goes back first.
 ///
 /// What it logs holds no address.
-class CurlMediaStream final {
+class CurlMediaStream final : public ByteSource {
 public:
     static constexpr std::size_t readAhead = std::size_t{256} << 10;
 
     /// `url`, encoded, may hold the account. Opens nothing yet.
     explicit CurlMediaStream(std::string url);
-    ~CurlMediaStream();
+    ~CurlMediaStream() override;
     CurlMediaStream(const CurlMediaStream&) = delete;
     CurlMediaStream& operator=(const CurlMediaStream&) = delete;
 
-    /// Waits for the first bytes. False when there are none to be had.
-    [[nodiscard]] bool open();
-    /// Up to `size` bytes, at least one; 0 at the end, -1 for a failure. Waits for them.
-    [[nodiscard]] std::int64_t read(char* to, std::size_t size);
-    /// The next read begins there. False where the server gives no ranges.
-    [[nodiscard]] bool seek(std::int64_t offset);
-    /// Whole length in bytes, if the server says it.
-    [[nodiscard]] std::optional<std::int64_t> size() const { return m_size; }
-    [[nodiscard]] bool isSeekable() const { return m_seekable; }
+    /// Waits for the first bytes. A list of addresses has none that are worth reading.
+    [[nodiscard]] bool open() override;
+    [[nodiscard]] std::int64_t read(char* to, std::size_t size) override;
+    /// False where the server gives no ranges.
+    [[nodiscard]] bool seek(std::int64_t offset) override;
+    [[nodiscard]] bool isSeekable() const override { return m_seekable; }
+    [[nodiscard]] std::optional<std::int64_t> size() const override { return m_size; }
     /// Whether the reply is a list of addresses that are relative to its own. Any thread.
     [[nodiscard]] bool isPlaylist() const { return m_isPlaylist; }
 
-    /// Closes the connection now and for good, and lets a waiting reader go. Never waits itself. Any thread.
-    void cancel();
+    /// Closes the connection now.
+    void cancel() override;
     /// Any thread.
     [[nodiscard]] MediaStreamEnd end() const { return m_end; }
     /// The status line of the last reply, cut where it is long, and why it failed if it did. Empty before the

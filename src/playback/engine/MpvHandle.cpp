@@ -33,7 +33,7 @@ std::shared_ptr<MpvHandle> MpvHandle::create(const std::vector<MpvOption>& optio
         throw std::runtime_error("mpv_create failed");
     }
     std::shared_ptr<MpvHandle> handle(new MpvHandle(raw));
-    PublishedStream::registerWith(raw);
+    PublishedSource::registerWith(raw);
     for (const auto& [name, value] : options) {
         report(mpv_set_option_string(raw, name.c_str(), value.c_str()), name);
     }

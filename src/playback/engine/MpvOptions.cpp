@@ -47,10 +47,7 @@ const Scheme* schemeOf(std::string_view address) {
     if (mark == std::string_view::npos) {
         return nullptr;
     }
-    std::string name(address.substr(0, mark));
-    std::ranges::transform(name, name.begin(), [](unsigned char character) {
-        return static_cast<char>(character >= 'A' && character <= 'Z' ? character + 32 : character);
-    });
+    const std::string name = asciiLowercase(std::string(address.substr(0, mark)));
     const auto* const scheme = std::ranges::find(playableSchemes, name, &Scheme::name);
     return scheme == playableSchemes.end() ? nullptr : scheme;
 }
@@ -131,6 +128,8 @@ std::vector<MpvOption> baseOptions() {
         // No subtitle shows before somebody picks one, and no neighbouring file is looked for.
         {"sid", "no"},
         {"autoload-files", "no"},
+        // What is no UTF-8 is read as the list of subtitles reads it, not as somebody guesses.
+        {"sub-codepage", "latin1"},
         // By picture: those that say they are interlaced are deinterlaced, all others pass as they are.
         {"vf", "lavfi=[bwdif=mode=send_field:deint=interlaced]"},
         // Whoever lists the sound server's streams reads a name, not an address.

@@ -106,7 +106,7 @@ void MpvPlayer::shutdown() {
         m_item->detach();
     }
     m_stream.reset();
-    m_subtitles.clear();
+    m_subtitles.end();
     m_handle->beginClosing();
     m_handle.reset();
     m_stage = Stage::Opening;
@@ -234,70 +234,36 @@ void MpvPlayer::exchangeSelectedStream(std::int32_t index) {
         AppLogger::player.debug("No stream with index %ld", {index});
         return;
     }
-    m_handle->setProperty(selectorOf(track->type), track->id);
+    setTrack(track->type, track->id);
 }
 
 void MpvPlayer::closeCurrentStream(const std::string& streamType) {
     const auto type = trackTypeOf(streamType);
     if (m_handle != nullptr && type.has_value()) {
-        m_handle->setProperty(selectorOf(*type), std::string("no"));
+        setTrack(*type, std::string("no"));
     }
+}
+
+void MpvPlayer::setTrack(const std::string& type, const MpvValue& value) {
+    if (type == "sub") {
+        m_subtitles.forgetPick();
+    }
+    m_handle->setProperty(selectorOf(type), value);
+}
+
+bool MpvPlayer::takesSubtitles() const {
+    return m_handle != nullptr && m_stage != Stage::Failed;
 }
 
 void MpvPlayer::loadSubtitlesOnly(const std::vector<std::string>& urls) {
-    for (const auto& url : urls) {
-        if (!m_subtitles.contains(url)) {
-            addSubtitle(url, "auto", m_subtitleAllowance);
-        }
+    if (takesSubtitles()) {
+        m_subtitles.add(urls);
     }
 }
 
-// What is still on its way, or did not come, is fetched anew.
 void MpvPlayer::loadThenActiveSubtitle(const std::string& url) {
-    if (const auto track = externalTrack(url); track && m_handle != nullptr) {
-        m_handle->setProperty(selectorOf(track->type), track->id);
-    } else {
-        addSubtitle(url, "select", std::make_shared<std::atomic<std::int64_t>>(maximumSubtitleBytes));
-    }
-}
-
-// Over HTTP alone, unless what plays is a file of this machine's: a provider must not have one read.
-bool MpvPlayer::isSubtitleAddress(const std::string& url) const {
-    return isHttpAddress(url) || (isFileAddress(url) && isFileAddress(m_content));
-}
-
-std::optional<Track> MpvPlayer::externalTrack(const std::string& url) const {
-    const auto stream = m_subtitles.find(url);
-    const std::string address = stream == m_subtitles.end() ? url : stream->second->address();
-    const auto found = std::ranges::find_if(m_state.tracks, [&address](const Track& track) {
-        return track.external && track.externalAddress == address;
-    });
-    return found == m_state.tracks.end() ? std::nullopt : std::optional(*found);
-}
-
-void MpvPlayer::addSubtitle(const std::string& url, const std::string& flag, const ByteAllowance& allowance) {
-    if (!isSubtitleAddress(url)) {
-        AppLogger::player.error("Not a subtitle address: %s", {url});
-        return;
-    }
-    std::string address = url;
-    if (isHttpAddress(url)) {
-        // One of before, for the same file, ends here.
-        auto& stream = m_subtitles[url];
-        stream = std::make_unique<PublishedStream>(url, allowance);
-        address = stream->address();
-    }
-    commandWhenLoaded({"sub-add", address, flag});
-}
-
-void MpvPlayer::commandWhenLoaded(std::vector<std::string> arguments) {
-    if (m_handle == nullptr || m_stage == Stage::Failed) {
-        return;
-    }
-    if (m_stage == Stage::Opening) {
-        m_commandsWhenLoaded.push_back(std::move(arguments));
-    } else {
-        m_handle->command(arguments);
+    if (takesSubtitles()) {
+        m_subtitles.pick(url, m_state.tracks);
     }
 }
 

@@ -1,6 +1,8 @@
 #pragma once
 
 #include "platform/FSPlayer.h"
+#include "playback/engine/ExternalSubtitles.h"
+#include "playback/engine/MpvHandle.h"
 #include "playback/engine/MpvPlayerFactory.h"
 #include "playback/engine/MpvStatistics.h"
 #include "playback/engine/PlaybackModel.h"
@@ -10,7 +12,6 @@
 #include <QTimer>
 
 #include <atomic>
-#include <map>
 #include <memory>
 #include <optional>
 #include <string>
@@ -20,11 +21,7 @@ struct mpv_event;
 
 namespace ondavia::engine {
 
-class MpvHandle;
 class MpvVideoItem;
-/// What mpv may read of external subtitle files, in bytes: all those that are added ahead together, and each
-/// one that is picked. It keeps all of them in memory, which takes up to 25 times as much.
-inline constexpr std::int64_t maximumSubtitleBytes = std::int64_t{8} << 20;
 
 /// The engine on libmpv, and its own view.
 ///
@@ -93,12 +90,9 @@ private:
     /// Has mpv tell position and length, unless it is about to.
     void askTimes() const;
     void askTimesAnew() const;
-    void commandWhenLoaded(std::vector<std::string> arguments);
-    /// Whether a provider may name this address for subtitles.
-    [[nodiscard]] bool isSubtitleAddress(const std::string& url) const;
-    /// The track that mpv has made of the file; absent until it has.
-    [[nodiscard]] std::optional<Track> externalTrack(const std::string& url) const;
-    void addSubtitle(const std::string& url, const std::string& flag, const ByteAllowance& allowance);
+    [[nodiscard]] bool takesSubtitles() const;
+    /// `type` is mpv's, `value` a track's number or "no".
+    void setTrack(const std::string& type, const MpvValue& value);
 
     /// Takes everything that mpv has to say. Runs in a turn of the main loop of its own.
     void takeEvents();
@@ -139,10 +133,7 @@ private:
     /// Of the stream that was given over to FFmpeg.
     std::string m_playlistAnswer;
     mutable MpvStatistics m_statistics;
-    /// Of external subtitle files, by their own addresses.
-    std::map<std::string, std::unique_ptr<PublishedStream>> m_subtitles;
-    /// For those that nobody has picked yet.
-    ByteAllowance m_subtitleAllowance = std::make_shared<std::atomic<std::int64_t>>(maximumSubtitleBytes);
+    ExternalSubtitles m_subtitles;
 
     bool m_isLive = false;
     MpvState m_state;
@@ -162,7 +153,6 @@ private:
     bool m_drewFrame = false;
     bool m_toldFirstFrame = false;
     bool m_playbackBegan = false;
-    std::vector<std::vector<std::string>> m_commandsWhenLoaded;
 
     /// mpv waits there for `openOutput`.
     std::optional<std::uint64_t> m_hook;

@@ -145,9 +145,7 @@ void MpvPlayer::handleLoaded() {
         return;
     }
     m_stage = Stage::Prepared;
-    for (const auto& command : std::exchange(m_commandsWhenLoaded, {})) {
-        m_handle->command(command);
-    }
+    m_subtitles.begin(m_handle);
     if (m_seekTarget) {
         considerSeek();
     }
@@ -261,6 +259,7 @@ void MpvPlayer::finish(FSFinishReason reason) {
 void MpvPlayer::publishStates() {
     if (m_stage != Stage::Opening && m_publishedTracks != m_state.tracks) {
         m_publishedTracks = m_state.tracks;
+        m_subtitles.follow(m_state.tracks);
         post(FSPlayerSelectedStreamDidChangeNotification);
     }
     const unsigned formerLoad = std::exchange(m_loadState, loadStateOf(m_stage, m_state));

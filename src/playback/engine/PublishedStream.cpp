@@ -15,21 +15,10 @@ namespace {
 constexpr const char* scheme = "ondavia";
 constexpr std::string_view prefix = "ondavia://";
 
-struct Source final {
-    std::weak_ptr<CurlMediaStream> stream;
-    ByteAllowance allowance;
-};
-
-/// mpv's hold on a stream, from opening to closing.
-struct Cookie final {
-    std::shared_ptr<CurlMediaStream> stream;
-    ByteAllowance allowance;
-};
-
 /// By number, not by pointer: an instance of mpv's may come for a stream that is gone.
 struct Published final {
     std::mutex mutex;
-    std::map<std::uint64_t, Source> sources;
+    std::map<std::uint64_t, std::weak_ptr<ByteSource>> sources;
     std::uint64_t lastNumber = 0;
 };
 
@@ -39,48 +28,44 @@ Published& published() {
     return *all;
 }
 
-Cookie find(std::string_view address) {
+std::shared_ptr<ByteSource> find(std::string_view address) {
     const auto number = parseDecimalInteger(address.substr(prefix.size())).value_or(0);
     Published& all = published();
     const std::lock_guard lock(all.mutex);
     const auto entry = all.sources.find(static_cast<std::uint64_t>(number));
-    return entry == all.sources.end() ? Cookie()
-                                      : Cookie{entry->second.stream.lock(), entry->second.allowance};
+    return entry == all.sources.end() ? nullptr : entry->second.lock();
 }
 
-CurlMediaStream& streamOf(void* cookie) {
-    return *static_cast<Cookie*>(cookie)->stream;
-}
+/// mpv's hold on a source, from opening to closing.
+using Cookie = std::shared_ptr<ByteSource>;
 
-std::int64_t read(void* cookie, char* to, std::uint64_t size) {
-    const std::int64_t count = streamOf(cookie).read(to, static_cast<std::size_t>(size));
-    const auto& allowance = static_cast<Cookie*>(cookie)->allowance;
-    const bool isWithin = allowance == nullptr || count <= 0 || allowance->fetch_sub(count) >= count;
-    constexpr std::int64_t failure = -1;
-    return isWithin ? count : failure;
+ByteSource& sourceOf(void* cookie) {
+    return **static_cast<Cookie*>(cookie);
 }
 
 void fillIn(mpv_stream_cb_info& info) {
-    info.read_fn = read;
-    if (streamOf(info.cookie).isSeekable()) {
+    info.read_fn = [](void* cookie, char* to, std::uint64_t size) {
+        return sourceOf(cookie).read(to, static_cast<std::size_t>(size));
+    };
+    if (sourceOf(info.cookie).isSeekable()) {
         info.seek_fn = [](void* cookie, std::int64_t offset) {
-            return streamOf(cookie).seek(offset) ? offset : static_cast<std::int64_t>(MPV_ERROR_GENERIC);
+            return sourceOf(cookie).seek(offset) ? offset : static_cast<std::int64_t>(MPV_ERROR_GENERIC);
         };
     }
     info.size_fn = [](void* cookie) {
-        return streamOf(cookie).size().value_or(static_cast<std::int64_t>(MPV_ERROR_UNSUPPORTED));
+        return sourceOf(cookie).size().value_or(static_cast<std::int64_t>(MPV_ERROR_UNSUPPORTED));
     };
     info.close_fn = [](void* cookie) {
-        streamOf(cookie).cancel();
+        sourceOf(cookie).cancel();
         delete static_cast<Cookie*>(cookie);
     };
-    info.cancel_fn = [](void* cookie) { streamOf(cookie).cancel(); };
+    info.cancel_fn = [](void* cookie) { sourceOf(cookie).cancel(); };
 }
 
 // An exception must not cross libmpv.
 int open(void* /*userData*/, char* address, mpv_stream_cb_info* info) noexcept {
     auto found = find(address);
-    if (found.stream == nullptr || !found.stream->open() || found.stream->isPlaylist()) {
+    if (found == nullptr || !found->open()) {
         return MPV_ERROR_LOADING_FAILED;
     }
     info->cookie = new Cookie(std::move(found));
@@ -90,31 +75,31 @@ int open(void* /*userData*/, char* address, mpv_stream_cb_info* info) noexcept {
 
 } // namespace
 
-void PublishedStream::registerWith(mpv_handle* handle) {
+void PublishedSource::registerWith(mpv_handle* handle) {
     const int status = mpv_stream_cb_add_ro(handle, scheme, nullptr, open);
     if (status < 0) {
         AppLogger::player.error("mpv takes no streams: %{public}s", {mpv_error_string(status)});
     }
 }
 
-PublishedStream::PublishedStream(std::string url, ByteAllowance allowance)
-    : m_stream(std::make_shared<CurlMediaStream>(std::move(url))) {
+PublishedSource::PublishedSource(std::shared_ptr<ByteSource> source)
+    : m_source(std::move(source)) {
     Published& all = published();
     const std::lock_guard lock(all.mutex);
     m_number = ++all.lastNumber;
-    all.sources.emplace(m_number, Source{m_stream, std::move(allowance)});
+    all.sources.emplace(m_number, m_source);
 }
 
-PublishedStream::~PublishedStream() {
+PublishedSource::~PublishedSource() {
     Published& all = published();
     {
         const std::lock_guard lock(all.mutex);
         all.sources.erase(m_number);
     }
-    m_stream->cancel();
+    m_source->cancel();
 }
 
-std::string PublishedStream::address() const {
+std::string PublishedSource::address() const {
     return std::string(prefix) + std::to_string(m_number);
 }
 

@@ -4,32 +4,42 @@
 
 #include <mpv/client.h>
 
-#include <atomic>
 #include <cstdint>
 #include <memory>
 #include <string>
+#include <utility>
 
 namespace ondavia::engine {
 
-/// Bytes that may still be read; several streams may share one.
-using ByteAllowance = std::shared_ptr<std::atomic<std::int64_t>>;
-
-/// A stream over our own connection, under an address for mpv. mpv never sees the real one, which holds
-/// the account, and how the connection ended can be asked here. Main thread.
-class PublishedStream final {
+/// Bytes of ours under an address for mpv, which never sees where they come from: that holds the account.
+/// Main thread.
+class PublishedSource final {
 public:
-    /// Lets this instance open published streams.
+    /// Lets this instance open what is published.
     static void registerWith(mpv_handle* handle);
 
-    /// `url` over HTTP or HTTPS; nothing is opened yet. Reading fails once `allowance` is used up; null is
-    /// without a bound, as for what is read at the pace of playing.
-    explicit PublishedStream(std::string url, ByteAllowance allowance = nullptr);
-    /// The connection is closed at once.
-    ~PublishedStream();
-    PublishedStream(const PublishedStream&) = delete;
-    PublishedStream& operator=(const PublishedStream&) = delete;
+    /// Nothing is opened yet.
+    explicit PublishedSource(std::shared_ptr<ByteSource> source);
+    /// Cancels the source.
+    ~PublishedSource();
+    PublishedSource(const PublishedSource&) = delete;
+    PublishedSource& operator=(const PublishedSource&) = delete;
 
     [[nodiscard]] std::string address() const;
+
+private:
+    std::shared_ptr<ByteSource> m_source;
+    std::uint64_t m_number;
+};
+
+/// A stream over our own connection, which can be asked how it ended. Main thread.
+class PublishedStream final {
+public:
+    /// `url` over HTTP or HTTPS; nothing is opened yet.
+    explicit PublishedStream(std::string url)
+        : m_stream(std::make_shared<CurlMediaStream>(std::move(url))) {}
+
+    [[nodiscard]] std::string address() const { return m_source.address(); }
     [[nodiscard]] MediaStreamEnd end() const { return m_stream->end(); }
     [[nodiscard]] std::string answer() const { return m_stream->answer(); }
     /// Known once mpv could not open it: that is left to FFmpeg, which finds what the list names.
@@ -37,7 +47,7 @@ public:
 
 private:
     std::shared_ptr<CurlMediaStream> m_stream;
-    std::uint64_t m_number;
+    PublishedSource m_source{m_stream};
 };
 
 } // namespace ondavia::engine
