@@ -2,10 +2,14 @@
 #include "playback/engine/FFmpegLog.h"
 #include "playback/engine/MpvOptions.h"
 #include "playback/engine/PlaybackModel.h"
+#include "playback/engine/TrackList.h"
 
 #include "support/TestSupport.h"
 
 #include <gmock/gmock.h>
+
+#include <array>
+#include <mpv/client.h>
 
 extern "C" {
 #include <libavutil/log.h>
@@ -171,6 +175,36 @@ TEST(EngineModel, ExternalTracksAreNoStreamsOfTheFile) {
     another.id = 3;
     EXPECT_LT(streamIndex(external), 0);
     EXPECT_NE(streamIndex(external), streamIndex(another));
+}
+
+TEST(EngineModel, AProfileIsToldWhereMpvTellsOne) {
+    std::array<char*, 4> keys = {};
+    std::array<std::string, 4> names = {"type", "codec", "codec-profile", "selected"};
+    std::array<std::string, 3> texts = {"audio", "aac", "LC"};
+    std::array<mpv_node, 4> values = {};
+    for (std::size_t key = 0; key < keys.size(); ++key) {
+        keys.at(key) = names.at(key).data();
+    }
+    for (std::size_t text = 0; text < texts.size(); ++text) {
+        values.at(text).format = MPV_FORMAT_STRING;
+        values.at(text).u.string = texts.at(text).data();
+    }
+    values.back().format = MPV_FORMAT_FLAG;
+    values.back().u.flag = 1;
+    mpv_node_list map{static_cast<int>(values.size()), values.data(), keys.data()};
+    mpv_node track{};
+    track.format = MPV_FORMAT_NODE_MAP;
+    track.u.list = &map;
+    mpv_node_list list{1, &track, nullptr};
+    mpv_node tracks{};
+    tracks.format = MPV_FORMAT_NODE_ARRAY;
+    tracks.u.list = &list;
+    const auto profile = [&] {
+        return monitorOf(parseTrackList(tracks)).audioMeta.value(QStringLiteral("codec_profile"));
+    };
+    EXPECT_EQ(profile(), QVariant(QStringLiteral("LC")));
+    names.at(2)[0] = 'x';
+    EXPECT_FALSE(profile().isValid()) << "an older mpv";
 }
 
 TEST(FFmpegLog, ASecretThatALongLineCutsInTwoIsMasked) {

@@ -14,7 +14,7 @@ namespace {
 
 using Field = std::variant<std::string Track::*, std::int64_t Track::*, bool Track::*>;
 
-const std::array<std::pair<std::string_view, Field>, 13> fields = {{
+const std::array<std::pair<std::string_view, Field>, 14> fields = {{
     {"id", &Track::id},
     {"type", &Track::type},
     {"ff-index", &Track::fileIndex},
@@ -22,6 +22,7 @@ const std::array<std::pair<std::string_view, Field>, 13> fields = {{
     {"external-filename", &Track::externalAddress},
     {"selected", &Track::selected},
     {"codec", &Track::codec},
+    {"codec-profile", &Track::codecProfile},
     {"lang", &Track::language},
     {"title", &Track::title},
     {"demux-w", &Track::width},
@@ -93,6 +94,7 @@ QVariantMap describe(const Track& track) {
     map.insert(QStringLiteral("stream_idx"), QVariant::fromValue<qlonglong>(streamIndex(track)));
     map.insert(QStringLiteral("type"), text(streamTypeOf(track)));
     put(map, "codec_name", track.codec);
+    put(map, "codec_profile", track.codecProfile);
     put(map, "language", track.language);
     put(map, "title", track.title);
     put(map, "width", track.width);

@@ -23,6 +23,7 @@ struct Track final {
     std::string externalAddress;
     bool selected = false;
     std::string codec;
+    std::string codecProfile;
     std::string language;
     std::string title;
     std::int64_t width = 0;
