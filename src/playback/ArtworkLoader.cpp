@@ -1,6 +1,7 @@
 #include "playback/ArtworkLoader.h"
 
 #include "platform/PoolWork.h"
+#include "platform/RasterPicture.h"
 
 #include <QBuffer>
 #include <QImageReader>
@@ -13,6 +14,9 @@ std::shared_ptr<const MPMediaItemArtwork> makeArtwork(const std::string& bytes) 
     const QByteArray encoded = QByteArray::fromRawData(bytes.data(), static_cast<qsizetype>(bytes.size()));
     QBuffer source;
     source.setData(encoded);
+    if (!source.open(QIODevice::ReadOnly) || !isRasterPicture(source)) {
+        return nullptr;
+    }
     QImageReader reader(&source);
     const QSize bound(ArtworkLoader::longestSide, ArtworkLoader::longestSide);
     if (const QSize full = reader.size(); std::max(full.width(), full.height()) > bound.width()) {

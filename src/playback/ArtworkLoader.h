@@ -23,7 +23,8 @@ public:
 
     explicit ArtworkLoader(URLSessionFactory makeSession)
         : m_makeSession(std::move(makeSession)) {}
-    /// Ends what is under way, which takes about a second at most.
+    /// Ends a transfer under way within about a second; a picture that is being decoded, whose pixels Qt
+    /// bounds, is decoded to its end.
     ~ArtworkLoader() { cancel(); }
     ArtworkLoader(const ArtworkLoader&) = delete;
     ArtworkLoader& operator=(const ArtworkLoader&) = delete;

@@ -22,6 +22,10 @@ std::string picture(int width, int height, const char* format = "PNG") {
     return bytes.data().toStdString();
 }
 
+/// Qt reads it where its plug-in for drawings is installed.
+constexpr const char* drawing = "<svg xmlns=\"http://www.w3.org/2000/svg\" width=\"64\" height=\"64\">"
+                                "<rect width=\"64\" height=\"64\"/></svg>";
+
 /// With more behind it than anybody wants to read.
 std::string endlessPicture() {
     std::string bytes = picture(64, 64);
@@ -36,14 +40,15 @@ protected:
         makeSession = makeCurlURLSession;
         server.server.Get("/.*", [this](const httplib::Request& request, httplib::Response& response) {
             ++requests;
+            logos += request.path == "/logo.png" ? 1 : 0;
             if (request.path == "/held.png") {
                 std::unique_lock lock(m_mutex);
                 m_released.wait(lock, [this] { return m_isReleased; });
             }
-            if (const auto body = bodies.find(request.path); body != bodies.end()) {
+            const auto body = bodies.find(request.path);
+            response.status = body == bodies.end() || request.path == "/gone.png" ? 404 : 200;
+            if (body != bodies.end()) {
                 response.set_content(body->second, "image/png");
-            } else {
-                response.status = 404;
             }
         });
         server.start();
@@ -78,9 +83,12 @@ protected:
                                                        {"/b.png", picture(64, 64)},
                                                        {"/held.png", picture(16, 16)},
                                                        {"/none", "no picture at all"},
+                                                       {"/gone.png", picture(48, 48)},
+                                                       {"/drawing.svg", drawing},
                                                        {"/wide.jpg", picture(4000, 1000, "JPG")},
                                                        {"/endless.png", endlessPicture()}};
     std::atomic_int requests = 0;
+    std::atomic_int logos = 0;
     HttpServer server;
 
 private:
@@ -175,7 +183,7 @@ TEST_F(ArtworkTest, ThatIsNoneIsPassedOverWithoutAWord) {
     unreadable.logo = "http://tv.example/no picture.png";
     Channel local = film("");
     local.logo = "file:///etc/hostname";
-    for (const Channel& channel : {film("/none"), film("/gone"), unreadable, local}) {
+    for (const Channel& channel : {film("/none"), film("/missing"), unreadable, local}) {
         start(channel);
         EXPECT_EQ(manager->cachedArtworkURL(), channel.logo) << "it is noted before anything is loaded";
         start(film("/b.png", "proof"));
@@ -184,6 +192,35 @@ TEST_F(ArtworkTest, ThatIsNoneIsPassedOverWithoutAWord) {
     }
     EXPECT_THAT(log.messages(LogCategory::player, LogLevel::Error), ::testing::IsEmpty());
     EXPECT_THAT(log.messages(LogCategory::network, LogLevel::Error), ::testing::IsEmpty());
+}
+
+TEST_F(ArtworkTest, IsNoDrawing) {
+    EXPECT_EQ(makeArtwork(drawing), nullptr);
+    for (const char* format : {"PNG", "JPG", "BMP", "ICO"}) {
+        ASSERT_NE(makeArtwork(picture(32, 32, format)), nullptr) << format;
+        EXPECT_EQ(makeArtwork(picture(32, 32, format))->width, 32);
+    }
+    EXPECT_EQ(makeArtwork(picture(32, 32, "XPM")), nullptr);
+}
+
+TEST_F(ArtworkTest, IsAPictureWhateverStatusItComesWith) {
+    start(film("/gone.png"));
+    ASSERT_TRUE(hasArtwork());
+    EXPECT_EQ(manager->cachedArtwork()->width, 48);
+}
+
+TEST_F(ArtworkTest, IsNotTheLogoWhereTheBackdropCannotBeHad) {
+    Channel channel = film("/logo.png");
+    channel.backdrop = server.url("/none");
+    start(channel);
+    // One at a time: with the second one under way the first has failed.
+    for (int request = 1; request < 4; ++request) {
+        ASSERT_TRUE(isAsked(request));
+        drainEvents();
+        manager->fetchArtworkIfNeeded();
+    }
+    EXPECT_TRUE(isAsked(4));
+    EXPECT_EQ(logos, 0);
 }
 
 TEST_F(ArtworkTest, IsNoLargerThanAnybodyShowsIt) {

@@ -99,9 +99,11 @@ TEST_F(PictureLoaderTest, IsEmptyWithoutAWordWhenThereIsNone) {
     EXPECT_TRUE(load().isNull());
     session->response = {200, ""};
     EXPECT_TRUE(load().isNull());
+    session->response = {200, R"(<svg xmlns="http://www.w3.org/2000/svg" width="64" height="64"/>)"};
+    EXPECT_TRUE(load().isNull()) << "a drawing is carried out by whoever reads it";
     session->fails = true;
     EXPECT_TRUE(load().isNull());
-    EXPECT_EQ(session->asked.size(), 4U) << "what is no picture is not kept";
+    EXPECT_EQ(session->asked.size(), 5U) << "what is no picture is not kept";
 }
 
 TEST_F(PictureLoaderTest, EndsInTheMiddleOfATransfer) {

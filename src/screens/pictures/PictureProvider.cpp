@@ -1,6 +1,7 @@
 #include "screens/pictures/PictureProvider.h"
 
 #include "base/AppLogger.h"
+#include "platform/RasterPicture.h"
 #include "platform/URLSession.h"
 
 #include <QBuffer>
@@ -69,6 +70,9 @@ QUrl cacheKey(const QUrl& url) {
 QImage decode(const QByteArray& bytes, QSize wanted) {
     QBuffer buffer;
     buffer.setData(bytes);
+    if (!buffer.open(QIODevice::ReadOnly) || !isRasterPicture(buffer)) {
+        return {};
+    }
     QImageReader reader(&buffer);
     const QSize full = reader.size();
     if (full.isValid() && !wanted.isEmpty()) {
@@ -147,7 +151,7 @@ QByteArray PictureLoader::fetched(const QUrl& url) {
         QBuffer body;
         body.setData(QByteArray::fromStdString(response.body));
         body.open(QIODevice::ReadOnly);
-        const bool isPicture = response.statusCode == ok && !QImageReader::imageFormat(&body).isEmpty();
+        const bool isPicture = response.statusCode == ok && isRasterPicture(body);
         return isPicture ? body.data() : QByteArray();
     } catch (const std::exception& error) {
         AppLogger::network.debug("A picture could not be had: %s", {error.what()});
