@@ -9,6 +9,9 @@
 #include <QFileInfo>
 #include <QImage>
 
+#include <filesystem>
+#include <fstream>
+
 namespace ondavia::testing {
 namespace {
 
@@ -164,8 +167,14 @@ TEST_F(MprisTest, TellsNothingOfTheAccount) {
     EXPECT_THAT(all, Not(HasSubstr("http:")));
 }
 
-TEST_F(MprisTest, ShowsTheArtworkAsAFileWhileItPlays) {
+TEST_F(MprisTest, ShowsTheArtworkAsAFileWhileItPlaysAndRemovesThoseOfProcessesThatAreGone) {
     ASSERT_TRUE(isListed());
+    // The first number that no process has, and one that always is.
+    for (const char* other : {"4194305/old.png", "1/other.png", "old.png"}) {
+        const auto path = folder.path() / "artwork" / other;
+        std::filesystem::create_directories(path.parent_path());
+        std::ofstream(path) << "PNG";
+    }
     QImage image(8, 4, QImage::Format_RGB32);
     image.fill(Qt::red);
     QBuffer png;
@@ -184,6 +193,11 @@ TEST_F(MprisTest, ShowsTheArtworkAsAFileWhileItPlays) {
     ASSERT_THAT(url, ::testing::StartsWith("file:///"));
     const QString path = QUrl(QString::fromStdString(url)).toLocalFile();
     EXPECT_EQ(QImage(path).size(), QSize(8, 4));
+    EXPECT_TRUE(path.contains(QStringLiteral("/artwork/%1/").arg(QCoreApplication::applicationPid())));
+    for (const char* leftover : {"4194305/old.png", "old.png"}) {
+        EXPECT_FALSE(std::filesystem::exists(folder.path() / "artwork" / leftover)) << leftover;
+    }
+    EXPECT_TRUE(std::filesystem::exists(folder.path() / "artwork/1/other.png")) << "of one that runs";
     manager->updateNowPlayingInfo();
     EXPECT_TRUE(QFileInfo::exists(path)) << "the same artwork stays where it is";
     manager->stop();

@@ -12,7 +12,10 @@
 #include <QTemporaryFile>
 #include <QUrl>
 
+#include <cerrno>
+#include <csignal>
 #include <qcoro/qcorofuture.h>
+#include <system_error>
 
 namespace ondavia {
 namespace {
@@ -25,9 +28,29 @@ QDBusMessage busCall(const QString& method) {
                                           QStringLiteral("org.freedesktop.DBus"), method);
 }
 
+/// Where this process keeps its artworks: by its number, so that those of one that crashed are known.
+std::filesystem::path ownFolder(const std::filesystem::path& folder) {
+    return folder / std::to_string(QCoreApplication::applicationPid());
+}
+
+bool isOfLivingProcess(const QString& name) {
+    const int process = name.toInt();
+    return process > 0 && (::kill(process, 0) == 0 || errno == EPERM);
+}
+
+void removeLeftovers(const std::filesystem::path& folder) {
+    const QDir place(QString::fromStdString(folder.string()));
+    for (const QString& name : place.entryList(QDir::AllEntries | QDir::NoDotAndDotDot)) {
+        std::error_code ignored;
+        if (!isOfLivingProcess(name)) {
+            std::filesystem::remove_all(folder / name.toStdString(), ignored);
+        }
+    }
+}
+
 /// A file that goes when nobody holds it any more; null when it could not be written.
 std::shared_ptr<QFile> write(const MPMediaItemArtwork& artwork, const std::filesystem::path& folder) {
-    const QString place = QString::fromStdString(folder.string());
+    const QString place = QString::fromStdString(ownFolder(folder).string());
     auto file = std::make_shared<QTemporaryFile>(place + QStringLiteral("/XXXXXX.png"));
     const auto size = static_cast<qint64>(artwork.png.size());
     const bool isWritten = QDir().mkpath(place) && file->open() &&
@@ -102,7 +125,10 @@ void MprisService::changed() {
 
 QCoro::Task<> MprisService::showArtwork(Artwork artwork) {
     const QPointer<MprisService> self(this);
-    const auto writing = runOnPool([artwork, folder = m_artworkFolder] { return write(*artwork, folder); });
+    const auto writing = runOnPool([artwork, folder = m_artworkFolder] {
+        removeLeftovers(folder);
+        return write(*artwork, folder);
+    });
     const std::shared_ptr<QFile> file = co_await writing;
     if (self && file && m_artwork == artwork) {
         m_artworkFile = file;

@@ -18,7 +18,8 @@ class MprisService final : public QObject {
 
 public:
     /// All but the folder must outlive the object. The folder holds the artwork while it is shown, for
-    /// others to read: the bus never sees where it came from.
+    /// others to read: the bus never sees where it came from. What processes that are gone left there is
+    /// removed.
     MprisService(MPNowPlayingInfoCenter& center, MPRemoteCommandCenter& commands, MessageBus& sessionBus,
                  std::filesystem::path artworkFolder);
     ~MprisService() override;
