@@ -2,6 +2,7 @@
 #include "playback/PlayerManager.h"
 
 #include "base/LocalizedText.h"
+#include "playback/StreamMeta.h"
 #include "playback/TrackDump.h"
 
 #include <algorithm>
@@ -11,26 +12,6 @@ namespace ondavia {
 namespace {
 
 constexpr double longestRetryDelay = 10.0;
-
-/// Of any width and sign. Flags are none.
-bool isInteger(const QVariant& value) {
-    switch (value.typeId()) {
-    case QMetaType::Int:
-    case QMetaType::UInt:
-    case QMetaType::Long:
-    case QMetaType::ULong:
-    case QMetaType::LongLong:
-    case QMetaType::ULongLong:
-    case QMetaType::Short:
-    case QMetaType::UShort:
-    case QMetaType::Char:
-    case QMetaType::SChar:
-    case QMetaType::UChar:
-        return true;
-    default:
-        return false;
-    }
-}
 
 /// The integer under the reason's key; -1 when there is none.
 std::int64_t finishReason(const Notification& notification) {

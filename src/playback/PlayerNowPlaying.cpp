@@ -3,6 +3,7 @@
 
 #include <QUrl>
 
+#include <algorithm>
 #include <qcoro/qcorofuture.h>
 
 namespace ondavia {

@@ -37,8 +37,8 @@ OndaviaMediaTrack audioTrack(const QVariantMap& stream, std::optional<std::int64
     if (codec) {
         track.name = inCapitals(*codec) + (profile.empty() ? "" : " " + profile);
     } else {
-        const auto counted = static_cast<std::int64_t>(position);
-        track.name = "Track " + std::to_string((index >= 0 ? index : counted) + 1);
+        const auto before = index >= 0 ? static_cast<std::uint64_t>(index) : position;
+        track.name = "Track " + std::to_string(before + 1);
     }
     return track;
 }
@@ -98,9 +98,6 @@ QCoro::Task<> loadSubtitles(QPointer<PlayerManager> manager, URLSessionFactory m
 
 std::optional<float> parseDisplayAspectRatio(std::string_view text) {
     text = trimmedWhitespaceAndNewlines(text);
-    if (text == originalLabel) {
-        return std::nullopt;
-    }
     for (const char separator : {':', '/'}) {
         const auto at = text.find(separator);
         if (at == std::string_view::npos) {

@@ -25,6 +25,25 @@ std::int64_t wholePart(double number) {
 
 } // namespace
 
+bool isInteger(const QVariant& value) {
+    switch (value.typeId()) {
+    case QMetaType::Int:
+    case QMetaType::UInt:
+    case QMetaType::Long:
+    case QMetaType::ULong:
+    case QMetaType::LongLong:
+    case QMetaType::ULongLong:
+    case QMetaType::Short:
+    case QMetaType::UShort:
+    case QMetaType::Char:
+    case QMetaType::SChar:
+    case QMetaType::UChar:
+        return true;
+    default:
+        return false;
+    }
+}
+
 std::optional<std::int64_t> parseMetaInt(const QVariant& value) {
     switch (value.typeId()) {
     case QMetaType::QString:
@@ -36,15 +55,9 @@ std::optional<std::int64_t> parseMetaInt(const QVariant& value) {
     case QMetaType::ULongLong:
         return static_cast<std::int64_t>(std::min(value.toULongLong(), static_cast<qulonglong>(largest)));
     case QMetaType::Bool:
-    case QMetaType::Short:
-    case QMetaType::UShort:
-    case QMetaType::Int:
-    case QMetaType::UInt:
-    case QMetaType::Long:
-    case QMetaType::LongLong:
         return value.toLongLong();
     default:
-        return std::nullopt;
+        return isInteger(value) ? std::optional(value.toLongLong()) : std::nullopt;
     }
 }
 

@@ -9,6 +9,9 @@
 
 namespace ondavia {
 
+/// Whether it is a number without a fraction, of any width and sign. Flags are none.
+[[nodiscard]] bool isInteger(const QVariant& value);
+
 /// An integer out of stream metadata, where numbers come as numbers and as text: an integer, a text that
 /// is a decimal integer and nothing else, or a fraction cut to its whole part and to 64 bits. Absent for
 /// everything else.

@@ -158,6 +158,24 @@ TEST_F(PlayerTracksTest, CountASoundWithoutIndexAndCodec) {
                                             .subtitleStreamIndex = {}}));
 }
 
+TEST_F(PlayerTracksTest, PassOverWhatIsNoText) {
+    const auto number = [](const char* key) { return QVariantMap{{QString::fromLatin1(key), 7}}; };
+    startWith({stream("audio", 1, number("codec_name")),
+               stream("audio", 2,
+                      QVariantMap{{QStringLiteral("codec_name"), QStringLiteral("aac")},
+                                  {QStringLiteral("codec_profile"), 2}}),
+               stream("audio", 3, number("type")), stream("timedtext", 4, number("language")),
+               stream("timedtext", 5, number("title")), stream("timedtext", 6, number("codec_name")),
+               stream("timedtext", 7, number("type"))});
+    EXPECT_THAT(audioNames(), ElementsAre("Track 2", "AAC"));
+    EXPECT_THAT(subtitleNames(), ElementsAre("Track 4", "Track 5", "Track 6"));
+}
+
+TEST_F(PlayerTracksTest, CountTheGreatestIndexToo) {
+    startWith({stream("audio", QVariant::fromValue<qlonglong>(INT64_MAX))});
+    EXPECT_THAT(audioNames(), ElementsAre("Track 9223372036854775808"));
+}
+
 TEST_F(PlayerTracksTest, TellTheActiveSoundInEveryFormOfNumber) {
     auto& running = startWith({stream("audio", 3), stream("audio", -1)});
     for (const QVariant& index : {QVariant(3), QVariant(QStringLiteral("3")), QVariant(3.0)}) {
@@ -244,6 +262,28 @@ TEST_F(PlayerTracksTest, LeaveTheEngineOutWhereTheScreenDrawsSubtitles) {
     EXPECT_THAT(journal, IsEmpty());
 }
 
+TEST_F(PlayerTracksTest, StillLeaveWhatTheEngineDrawsToItWhereTheScreenDrawsSubtitles) {
+    startWith({stream("timedtext", 4)});
+    manager->setUseCustomSubtitleOverlay(true);
+    manager->setCurrentSubtitleTrack(external("a"));
+    manager->selectSubtitleTrack(manager->availableSubtitleTracks().at(0));
+    EXPECT_EQ(manager->currentSubtitleTrack(), std::nullopt);
+    manager->selectSubtitleTrack(std::nullopt);
+    EXPECT_THAT(journal, ElementsAre("exchange 4", "close timedtext"));
+}
+
+TEST_F(PlayerTracksTest, AreChosenWithoutAnEngineToo) {
+    manager->setLoadedSubtitles({external("a")});
+    manager->selectSubtitleTrack(externalChoice("a"));
+    EXPECT_EQ(manager->currentSubtitleTrack(), external("a"));
+    OndaviaMediaTrack embedded = externalChoice("a");
+    embedded.subtitleURL.reset();
+    embedded.subtitleStreamIndex = 4;
+    manager->selectSubtitleTrack(embedded);
+    EXPECT_EQ(manager->currentSubtitleTrack(), std::nullopt);
+    EXPECT_THAT(journal, IsEmpty());
+}
+
 TEST_F(PlayerTracksTest, ShowASubtitleOfTheFile) {
     startWith({stream("timedtext", 4)});
     manager->setCurrentSubtitleTrack(external("a"));
@@ -300,6 +340,16 @@ TEST_F(PlayerTracksTest, DropTheLoadOfBeforeAndThatOfAStoppedItem) {
     manager->setSubtitleURLs({"http://tv.example/fourth.srt"});
     finishLate(2, 3);
     EXPECT_THAT(subtitleNames(), ElementsAre("fourth"));
+}
+
+TEST_F(PlayerTracksTest, DropTheLoadUnderWayForAnEmptyListOfFiles) {
+    holdSessions();
+    startWith({});
+    manager->setSubtitleURLs({"http://tv.example/a.srt"});
+    manager->setSubtitleURLs({});
+    sessions.at(0)->answer();
+    ASSERT_TRUE(waitUntil([this] { return sessions.at(0).use_count() == 1; }));
+    EXPECT_THAT(manager->loadedSubtitles(), IsEmpty());
 }
 
 TEST_F(PlayerTracksTest, MayGoAwayDuringALoad) {
@@ -366,6 +416,15 @@ TEST_F(PlayerTracksTest, KeepTheFillAndTheLabelForTheNextItemButNotTheRatio) {
     EXPECT_EQ(engine().fakeView().darPreference(), 0.0F);
     EXPECT_EQ(manager->selectedAspectRatio(), "16:9");
     EXPECT_FALSE(manager->aspectFill());
+}
+
+TEST_F(PlayerTracksTest, SetTheFillAloneWithoutAnEngine) {
+    manager->setAspectRatio("Preencher");
+    EXPECT_TRUE(manager->aspectFill());
+    manager->setAspectRatio("4:3");
+    EXPECT_FALSE(manager->aspectFill());
+    EXPECT_EQ(manager->selectedAspectRatio(), "4:3");
+    EXPECT_THAT(journal, IsEmpty());
 }
 
 } // namespace

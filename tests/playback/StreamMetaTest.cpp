@@ -16,6 +16,9 @@ TEST(ParseMetaInt, TakesIntegersOfEveryWidth) {
     EXPECT_EQ(parseMetaInt(qulonglong{5000000000}), 5000000000);
     EXPECT_EQ(parseMetaInt(QVariant::fromValue<short>(3)), 3);
     EXPECT_EQ(parseMetaInt(QVariant::fromValue<long>(3)), 3);
+    EXPECT_EQ(parseMetaInt(QVariant::fromValue<char>('A')), 65);
+    EXPECT_EQ(parseMetaInt(QVariant::fromValue<signed char>(-3)), -3);
+    EXPECT_EQ(parseMetaInt(QVariant::fromValue<unsigned char>(200)), 200);
     EXPECT_EQ(parseMetaInt(true), 1);
     EXPECT_EQ(parseMetaInt(std::numeric_limits<qulonglong>::max()), std::numeric_limits<qlonglong>::max());
 }
@@ -42,6 +45,10 @@ TEST(ParseMetaInt, TakesNothingElse) {
     EXPECT_EQ(parseMetaInt(QVariant()), std::nullopt);
     EXPECT_EQ(parseMetaInt(QVariantList{1}), std::nullopt);
     EXPECT_EQ(parseMetaInt(QVariantMap{{QStringLiteral("stream_idx"), 1}}), std::nullopt);
+}
+
+TEST(StreamsOf, AreNoneWhereTheListIsEmpty) {
+    EXPECT_TRUE(streamsOf({{QStringLiteral("streams"), QVariantList()}}).empty());
 }
 
 } // namespace
