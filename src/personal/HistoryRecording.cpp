@@ -1,8 +1,7 @@
 #include "personal/HistoryRecording.h"
 
-#include "base/AppLogger.h"
-#include "personal/HistoryService.h"
-#include "store/StoreContext.h"
+#include "personal/Profile.h"
+#include "personal/QuietStore.h"
 
 namespace ondavia {
 namespace {
@@ -10,12 +9,8 @@ namespace {
 constexpr double completePercentage = 95.0;
 
 std::optional<WatchHistory> rowOf(StoreContext& modelContext, const std::string& channelId) {
-    try {
-        return modelContext.fetchFirst<WatchHistory>({.where = field(&WatchHistory::channelId) == channelId});
-    } catch (const StoreError& error) {
-        AppLogger::general.error("history: %s", {error.what()});
-        return std::nullopt;
-    }
+    return fetchFirstQuietly(modelContext,
+                             Query<WatchHistory>{.where = field(&WatchHistory::channelId) == channelId});
 }
 
 /// What an earlier recording knew stays.

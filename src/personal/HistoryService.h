@@ -1,6 +1,7 @@
 #pragma once
 
 #include "entities/WatchHistory.h"
+#include "personal/Profile.h"
 
 #include <cstdint>
 #include <optional>
@@ -10,9 +11,6 @@
 namespace ondavia {
 
 class StoreContext;
-
-/// The one profile that there is.
-inline constexpr const char* mainProfileId = "main";
 
 /// What was watched, as the screens ask for it: what is in progress, where a film was left, which episode of
 /// a series comes next. Cheap: made where it is needed. Rows are written by `saveHistoryItem`.
@@ -39,8 +37,6 @@ public:
     void clearHistory(const std::string& type);
 
 private:
-    void saveDeletion();
-
     StoreContext& m_modelContext;
     std::string m_profileId;
 };
