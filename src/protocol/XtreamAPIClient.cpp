@@ -98,6 +98,7 @@ XtreamAPIClient::XtreamAPIClient(std::string_view server, std::string username, 
     , m_username(std::move(username))
     , m_password(std::move(password))
     , m_baseURL(m_server)
+    , m_makeSession(makeSession)
     , m_session(makeSession({requestTimeout, resourceTimeout})) {
     registerSecret(m_username);
     registerSecret(m_password);

@@ -23,6 +23,8 @@
 
 namespace ondavia {
 
+struct SubtitleListing;
+
 /// Category ids to category names.
 using CategoryMap = std::unordered_map<std::string, std::string>;
 
@@ -34,8 +36,8 @@ using CategoryMap = std::unordered_map<std::string, std::string>;
 /// thread and resume there; decoding runs on the transfer's thread. The URL builders and the normalisation
 /// may be called from any thread, at any time.
 ///
-/// Every task raises XtreamError for a text that is no URL and for a status outside 200...299, URLError
-/// for the transport, DecodingError for a body that isn't the expected JSON.
+/// Unless it says otherwise, a task raises XtreamError for a text that is no URL and for a status outside
+/// 200...299, URLError for the transport, DecodingError for a body that isn't the expected JSON.
 class XtreamAPIClient final : public std::enable_shared_from_this<XtreamAPIClient> {
 public:
     /// Seconds. Kept on the object; the session's own time-outs rule.
@@ -73,6 +75,9 @@ public:
     template<class Row> QCoro::Task<std::int64_t> fetchRows(std::function<void(std::vector<Row>&&)> onRows);
     /// The reply of `get_vod_info` as it came: it has no form that all providers keep to.
     QCoro::Task<std::string> getVodInfo(std::int64_t vodId);
+    /// Addresses of the movie's external subtitle files, in the provider's order, wherever its detail record
+    /// lists them. Never raises: without any, and on every failure, the list is empty, and the log says why.
+    QCoro::Task<std::vector<std::string>> getSubtitleURLsForVOD(std::int64_t vodId);
 
     // URLs. Server, user name, password and ids stand in them as they are, without any encoding.
     [[nodiscard]] std::string getLiveStreamURL(std::int64_t streamId) const;
@@ -102,11 +107,16 @@ private:
     [[nodiscard]] std::string mediaURL(std::string_view kind) const;
     /// `action` is for error texts only.
     template<class Reply> QCoro::Task<Reply> fetch(std::string url, std::string action);
+    /// `detail` is the movie's detail record as it came. Any thread.
+    [[nodiscard]] std::vector<std::string> subtitleURLsIn(std::string_view detail, std::int64_t vodId) const;
+    /// A file that is no address of its own is the provider's. Any thread.
+    [[nodiscard]] std::vector<std::string> extractSubtitleURLs(const SubtitleListing& listing) const;
 
     std::string m_server;
     std::string m_username;
     std::string m_password;
     std::string m_baseURL;
+    URLSessionFactory m_makeSession;
     std::shared_ptr<URLSession> m_session;
     std::optional<XtreamUserInfo> m_userInfo;
     std::optional<XtreamServerInfo> m_serverInfo;
