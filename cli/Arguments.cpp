@@ -131,6 +131,10 @@ void describeMedia(CLI::App& app, Arguments& arguments, RawArguments& raw) {
              "List what a file of this machine would show, and when, in seconds")
         ->add_option("FILE", arguments.file, "a file of SubRip, or of plain WebVTT")
         ->required();
+    addId(*describe(*subtitles, arguments, &findSubtitles, "find",
+                    "Ask the provider for a film's subtitle files, and print their addresses. They may hold "
+                    "the account: keep them to yourself"),
+          arguments, "id of a film");
     describe(app, arguments, &examineProvider, "doctor",
              "Ask the provider everything once, and say what is wrong with its answers");
 }
@@ -140,14 +144,30 @@ std::string normaliseWatchedType(std::string& type) {
     return fault.empty() && type != "live" ? fault : "movies or series, not " + type;
 }
 
-void describeHistory(CLI::App& app, Arguments& arguments) {
-    auto* history = app.add_subcommand("history", "List what was watched, the latest first");
+/// A command that has others below it, and does something by itself.
+CLI::App* describeGroup(CLI::App& app, Arguments& arguments, Command command, const char* name,
+                        const char* explanation) {
+    auto* group = app.add_subcommand(name, explanation);
     // It runs after its subcommands' own.
-    history->callback([&arguments, history] {
-        if (history->get_subcommands().empty()) {
-            arguments.command = &listHistory;
+    group->callback([&arguments, group, command] {
+        if (group->get_subcommands().empty()) {
+            arguments.command = command;
         }
     });
+    return group;
+}
+
+void describeFavorites(CLI::App& app, Arguments& arguments) {
+    auto* favorites =
+        describeGroup(app, arguments, &listFavorites, "favorites", "List the favourites, the latest first");
+    addId(*describe(*favorites, arguments, &toggleFavorite, "toggle",
+                    "Make an item a favourite, or a favourite none, and say which"),
+          arguments, "id of an item");
+}
+
+void describeHistory(CLI::App& app, Arguments& arguments) {
+    auto* history =
+        describeGroup(app, arguments, &listHistory, "history", "List what was watched, the latest first");
     addId(*describe(*history, arguments, &removeFromHistory, "remove", "Forget that an item was watched"),
           arguments, "id of a film or an episode");
     describe(*history, arguments, &clearHistory, "clear", "Forget all films, or all episodes")
@@ -191,6 +211,7 @@ ParsedArguments parseArguments(int argc, char** argv) {
     describeAccount(app, arguments);
     describeCatalogue(app, arguments, raw);
     describeMedia(app, arguments, raw);
+    describeFavorites(app, arguments);
     describeHistory(app, arguments);
     describeGuide(app, arguments, raw);
     try {

@@ -104,7 +104,7 @@ QCoro::Task<void> listItems(CommandContext context) {
     }
     query.sort = {ascending(&Channel::num)};
     query.limit = arguments.limit;
-    Output::Table table(context.output, {"id", "groupTitle", "year", "name"});
+    Output::Table table = tableOfItems(context.output);
     rows.forEach<Channel>(query, [&table](Channel channel) { table.add(recordOf(channel)); });
     table.finish();
     co_return;

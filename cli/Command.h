@@ -49,6 +49,10 @@ QCoro::Task<void> printURL(CommandContext context);
 QCoro::Task<void> playItem(CommandContext context);
 QCoro::Task<void> showTracks(CommandContext context);
 QCoro::Task<void> parseSubtitles(CommandContext context);
+QCoro::Task<void> findSubtitles(CommandContext context);
+
+QCoro::Task<void> listFavorites(CommandContext context);
+QCoro::Task<void> toggleFavorite(CommandContext context);
 
 QCoro::Task<void> listHistory(CommandContext context);
 QCoro::Task<void> removeFromHistory(CommandContext context);

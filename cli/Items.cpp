@@ -28,6 +28,10 @@ Channel requireSeries(Services& services, const std::string& idOrNumber) {
     return series;
 }
 
+Output::Table tableOfItems(Output& output) {
+    return {output, {"id", "groupTitle", "year", "name"}};
+}
+
 void requireStream(const Channel& item) {
     if (item.url.empty()) {
         throw CommandError("a series has no stream of its own; its episodes have: ondavia-cli series " +

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "cli/Output.h"
 #include "entities/Channel.h"
 #include "protocol/wire/SeriesRecords.h"
 
@@ -20,6 +21,9 @@ namespace ondavia::cli {
 
 /// The series of this id, or of this number at the provider. Raises CommandError.
 [[nodiscard]] Channel requireSeries(Services& services, const std::string& idOrNumber);
+
+/// For a list of items.
+[[nodiscard]] Output::Table tableOfItems(Output& output);
 
 /// The episodes of `parent` by season and in the provider's order, as items to play. Those without an id
 /// cannot be played and are left out.

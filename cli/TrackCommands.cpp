@@ -1,7 +1,10 @@
 #include "app/Services.h"
+#include "base/VisibleText.h"
+#include "cli/Account.h"
 #include "cli/Arguments.h"
 #include "cli/Items.h"
 #include "cli/Output.h"
+#include "protocol/XtreamAPIClient.h"
 #include "subtitles/SRTParser.h"
 #include "subtitles/SubtitleLoader.h"
 #include "subtitles/SubtitleText.h"
@@ -87,6 +90,21 @@ QCoro::Task<void> parseSubtitles(CommandContext context) {
     }
     table.finish();
     co_return;
+}
+
+QCoro::Task<void> findSubtitles(CommandContext context) {
+    const Channel item = requireItem(context.services, context.arguments.id);
+    if (item.type != "movie") {
+        throw CommandError(item.id + " is no film: only films have subtitle files to be found");
+    }
+    const auto client = requireClient(context.services.appState);
+    const auto urls = co_await client->getSubtitleURLsForVOD(item.streamId);
+    if (urls.empty()) {
+        writeLine(stderr, "the provider lists no subtitle files for this film, or could not be asked");
+    }
+    for (const std::string& url : urls) {
+        context.output.printURL(item.id, url);
+    }
 }
 
 } // namespace ondavia::cli

@@ -29,6 +29,11 @@ inline bool holds(const std::string& text, const std::string& part) {
     return text.find(part) != std::string::npos;
 }
 
+/// The arguments of a command line without quotation marks.
+inline QStringList words(const char* line) {
+    return QString::fromUtf8(line).split(QLatin1Char(' '));
+}
+
 /// What the list of processes shows of one that runs; empty once it has ended.
 std::string commandLineOf(qint64 process);
 

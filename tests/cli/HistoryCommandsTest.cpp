@@ -8,10 +8,6 @@
 namespace ondavia::cli::testing {
 namespace {
 
-QStringList words(const char* line) {
-    return QString::fromUtf8(line).split(QLatin1Char(' '));
-}
-
 /// A program whose store remembers a film seen to its end, an episode and another film, in this order.
 class HistoryCommands : public ::testing::Test {
 protected:

@@ -44,6 +44,53 @@ TEST_F(TrackCommands, ASeriesHasNoTracks) {
     EXPECT_TRUE(holds(result.errors, "error: a series has no stream of its own")) << result.errors;
 }
 
+class SubtitleDiscovery : public CliTest {
+protected:
+    SubtitleDiscovery() { cli.fill(url()); }
+
+    RunResult find(const char* id, const QStringList& more = {}) {
+        return cli.run(
+            QStringList{QStringLiteral("subtitles"), QStringLiteral("find"), QString::fromUtf8(id)} + more);
+    }
+};
+
+TEST_F(SubtitleDiscovery, FindPrintsAnAddressALineWhereverTheProviderListsThem) {
+    EXPECT_EQ(
+        linesOf(find("main_100005").output),
+        (std::vector<std::string>{url() + "/subtitles/100005.por.srt", url() + "/subtitles/100005.eng.vtt"}));
+    EXPECT_EQ(linesOf(find("main_100006").output),
+              std::vector<std::string>{url() + "/subtitles/100006.por.srt"});
+    EXPECT_EQ(
+        linesOf(find("main_100007").output),
+        (std::vector<std::string>{url() + "/subtitles/100007.por.srt", url() + "/subtitles/100007.eng.vtt"}));
+    EXPECT_EQ(linesOf(find("main_100008").output),
+              std::vector<std::string>{url() + "/subtitles/100008.eng.vtt"});
+}
+
+TEST_F(SubtitleDiscovery, FindPrintsObjectsForPrograms) {
+    const auto objects = objectsOf(find("main_100006", {QStringLiteral("--json")}).output);
+    EXPECT_EQ(textsOf(objects, "id"), std::vector<std::string>{"main_100006"});
+    EXPECT_EQ(textsOf(objects, "url"), std::vector<std::string>{url() + "/subtitles/100006.por.srt"});
+}
+
+TEST_F(SubtitleDiscovery, AFilmWithoutAnyIsNoFailure) {
+    const auto result = find("main_100009");
+    EXPECT_EQ(result.status, 0);
+    EXPECT_EQ(result.output, "");
+    EXPECT_TRUE(holds(result.errors, "the provider lists no subtitle files for this film")) << result.errors;
+    EXPECT_TRUE(holds(result.errors, "VOD 100009: no subtitles found. Root keys: [info, movie_data]"))
+        << result.errors;
+}
+
+TEST_F(SubtitleDiscovery, OnlyAFilmHasThem) {
+    for (const char* id : {"main_1001", "main_series_2001"}) {
+        const auto result = find(id);
+        EXPECT_EQ(result.status, 1) << id;
+        EXPECT_TRUE(holds(result.errors, "is no film")) << result.errors;
+    }
+    EXPECT_TRUE(holds(find("main_7").errors, "error: the catalogue has no item with the id main_7"));
+}
+
 class SubtitleCommands : public ::testing::Test {
 protected:
     QString write(const std::string& name, const std::string& content) {

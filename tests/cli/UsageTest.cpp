@@ -3,10 +3,6 @@
 namespace ondavia::cli::testing {
 namespace {
 
-QStringList words(const char* line) {
-    return QString::fromUtf8(line).split(QLatin1Char(' '));
-}
-
 TEST(Usage, WhatMakesNoCommandEndsWithTwoAndSaysWhy) {
     CommandLine cli;
     for (const char* line : {"--json",
@@ -23,6 +19,8 @@ TEST(Usage, WhatMakesNoCommandEndsWithTwoAndSaysWhy) {
                              "url main_1 --catchup 2026-03-01T21:05 long",
                              "play main_1 --for 0",
                              "play main_1 --from -1",
+                             "favorites toggle",
+                             "favorites nonsense",
                              "history remove",
                              "history clear",
                              "history clear live",
@@ -31,6 +29,7 @@ TEST(Usage, WhatMakesNoCommandEndsWithTwoAndSaysWhy) {
                              "tracks",
                              "subtitles",
                              "subtitles parse",
+                             "subtitles find",
                              "guide",
                              "guide now",
                              "guide day main_1",
@@ -64,7 +63,7 @@ TEST(Usage, HelpNamesEveryCommand) {
     EXPECT_EQ(result.status, 0);
     for (const char* command :
          {"signin", "signout", "account", "sync", "categories", "list", "show", "series", "url", "play",
-          "tracks", "subtitles", "history", "guide", "doctor"}) {
+          "tracks", "subtitles", "favorites", "history", "guide", "doctor"}) {
         EXPECT_NE(result.output.find(std::string("\n  ") + command + " "), std::string::npos) << command;
     }
 }
