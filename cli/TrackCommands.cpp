@@ -9,6 +9,9 @@
 #include "subtitles/SubtitleLoader.h"
 #include "subtitles/SubtitleText.h"
 
+#include <QCoroFuture>
+#include <QtConcurrent>
+
 #include <cerrno>
 #include <cstring>
 #include <fstream>
@@ -28,7 +31,8 @@ Record recordOfTrack(const OndaviaMediaTrack& track) {
             {"streamIndex", toValue(isAudio ? track.audioStreamIndex : track.subtitleStreamIndex)}};
 }
 
-/// All that the application would load of such a file. Raises CommandError.
+/// All that the application would load of such a file. Raises CommandError. On the pool: a pipe may never
+/// end.
 std::string bytesOf(const std::string& path) {
     constexpr std::size_t limit = SubtitleLoader::maximumLoad;
     std::string bytes;
@@ -80,7 +84,9 @@ QCoro::Task<void> showTracks(CommandContext context) {
 
 QCoro::Task<void> parseSubtitles(CommandContext context) {
     const std::string& path = context.arguments.file;
-    const auto cues = SRTParser::parse(decodeSubtitleText(bytesOf(path)));
+    const QFuture<std::vector<SubtitleCue>> parsing =
+        QtConcurrent::run([path] { return SRTParser::parse(decodeSubtitleText(bytesOf(path))); });
+    const std::vector<SubtitleCue> cues = co_await parsing;
     if (cues.empty()) {
         throw CommandError("no subtitles can be read out of " + path);
     }

@@ -48,6 +48,14 @@ void Services::showOnBus() {
             mpris->follow(playerManager.currentTime());
         }
     });
+    // Who shows it elsewhere counts on by itself, so that a length that came late and an end are news.
+    for (const auto signal : {&PlayerManager::durationChanged, &PlayerManager::isPlayingChanged}) {
+        QObject::connect(&playerManager, signal, &*mpris, [this] {
+            if (playerManager.player()) {
+                playerManager.updateNowPlayingInfo();
+            }
+        });
+    }
 }
 
 /// A synchronisation may be under way: whatever writes to the store comes to rest before the store goes.

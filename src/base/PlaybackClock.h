@@ -1,14 +1,19 @@
 #pragma once
 
+#include <algorithm>
 #include <chrono>
 
 namespace ondavia {
 
 /// A position between two reports of it: whoever plays is asked only when somebody wants to know, not for
-/// every picture. Seconds. One thread.
+/// every picture. Where no report comes any more, the position stands after a while: so may what plays.
+/// Seconds. One thread.
 class PlaybackClock final {
 public:
     using Time = std::chrono::steady_clock::time_point;
+
+    /// What a position may be ahead of its last report.
+    static constexpr std::chrono::seconds longestGuess{2};
 
     void report(double position, Time now) {
         m_position = position;
@@ -20,7 +25,8 @@ public:
         m_rate = rate;
     }
     [[nodiscard]] double position(Time now) const {
-        return m_position + m_rate * std::chrono::duration<double>(now - m_since).count();
+        const std::chrono::duration<double> since = std::min<Time::duration>(now - m_since, longestGuess);
+        return m_position + m_rate * since.count();
     }
     [[nodiscard]] double rate() const { return m_rate; }
 

@@ -20,11 +20,16 @@ std::int64_t finishReason(const Notification& notification) {
     return isInteger(reason) ? reason.toLongLong() : -1;
 }
 
+/// Where the playback got to: a start that has not come to its first picture has the place it was to go to.
+double reachedPosition(const PlayerManager& manager) {
+    return manager.pendingStartPosition() > 0 ? manager.pendingStartPosition() : manager.currentTime();
+}
+
 /// Plays, after the delay, whatever is the current item then.
 QCoro::Task<> retryAfter(Scheduler* scheduler, double delay, QPointer<PlayerManager> manager) {
     const bool slept = co_await scheduler->sleep(delay);
     if (slept && manager && manager->currentItem()) {
-        manager->play(*manager->currentItem(), manager->currentTime());
+        manager->play(*manager->currentItem(), reachedPosition(*manager));
     }
 }
 

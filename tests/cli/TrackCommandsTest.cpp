@@ -2,6 +2,9 @@
 
 #include <httplib.h>
 
+#include <QProcess>
+
+#include <csignal>
 #include <fstream>
 
 namespace ondavia::cli::testing {
@@ -35,6 +38,21 @@ TEST_F(TrackCommands, TracksListsTheSoundAndTheSubtitlesOfAFilm) {
     EXPECT_FALSE(tracks.at(1)[QStringLiteral("isEnabled")].toBool());
     EXPECT_FALSE(tracks.at(2)[QStringLiteral("isEnabled")].toBool());
     EXPECT_EQ(tracks.at(2)[QStringLiteral("streamIndex")].toInt(), 3);
+}
+
+TEST_F(TrackCommands, SubtitlesOfAPipeThatNeverEndsCanBeInterrupted) {
+    QProcess process;
+    cli.prepare(process,
+                {QStringLiteral("subtitles"), QStringLiteral("parse"), QStringLiteral("/dev/stdin")});
+    process.start();
+    // More than a pipe holds: once it has gone, the file is being read.
+    constexpr int written = 1 << 20;
+    process.write(QByteArray(written, ' '));
+    ASSERT_TRUE(ondavia::testing::waitUntil([&] { return process.bytesToWrite() == 0; }));
+    kill(static_cast<pid_t>(process.processId()), SIGINT);
+    ASSERT_TRUE(ondavia::testing::waitUntil([&] { return process.state() == QProcess::NotRunning; }));
+    EXPECT_EQ(process.exitStatus(), QProcess::NormalExit);
+    EXPECT_EQ(process.exitCode(), 128 + SIGINT);
 }
 
 TEST_F(TrackCommands, ASeriesHasNoTracks) {

@@ -110,6 +110,18 @@ TEST(EngineFaults, HttpPlaylistOfSegmentsPlays) {
     EXPECT_TRUE(engine.await("state:1"));
 }
 
+TEST(EngineFaults, SegmentsMayHaveAnyName) {
+    for (const char* name : {"segment", "segment?token=1.php"}) {
+        MediaServer server;
+        server.setText(
+            "#EXTM3U\n#EXT-X-VERSION:3\n#EXT-X-TARGETDURATION:12\n#EXT-X-MEDIA-SEQUENCE:0\n#EXTINF:12,\n" +
+            server.url("/file/user/word/" + std::string(name)) + "\n#EXT-X-ENDLIST\n");
+        Engine engine(MpvOutputs::Null, server.url("/text"));
+        engine->prepareToPlay();
+        EXPECT_TRUE(engine.await("state:1")) << name;
+    }
+}
+
 TEST(EngineFaults, PlaylistWithoutAnEndHasNoDuration) {
     MediaServer server;
     server.setText(

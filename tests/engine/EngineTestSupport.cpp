@@ -29,6 +29,7 @@ Media makeMedia(const std::filesystem::path& folder) {
                             "language=por -metadata:s:s:0 title=Forced tracks.mkv"));
     runFfmpeg(folder, words("-i film.ts -map 0:a -c copy radio.ts"));
     runFfmpeg(folder, words("-i film.mp4 -c copy -movflags +frag_keyframe+empty_moov fragments.mp4"));
+    std::filesystem::copy_file(folder / "film.ts", folder / "segment");
     const auto file = [&folder](const char* name) { return "file://" + (folder / name).string(); };
     return {file("film.ts"),  file("film.mp4"),    file("tracks.mkv"),
             file("radio.ts"), file("legenda.srt"), folder};

@@ -20,7 +20,8 @@ std::string contentOf(const std::filesystem::path& file) {
 
 MediaServer::MediaServer(const std::filesystem::path& clip)
     : m_clip(contentOf(clip))
-    , m_end(m_clip.size()) {
+    , m_end(m_clip.size())
+    , m_hold(m_clip.size()) {
     m_server.Get(R"(/(movie|series)/.*)", [this](const httplib::Request& request,
                                                  httplib::Response& response) { answer(request, response); });
     m_port = m_server.bind_to_any_port("127.0.0.1");
@@ -44,9 +45,14 @@ void MediaServer::cutAt(double fraction) {
     m_end = static_cast<std::size_t>(static_cast<double>(m_clip.size()) * fraction);
 }
 
+void MediaServer::holdAt(double fraction) {
+    m_hold = static_cast<std::size_t>(static_cast<double>(m_clip.size()) * fraction);
+}
+
 void MediaServer::mend() {
     m_refuses = false;
     m_end = m_clip.size();
+    m_hold = m_clip.size();
 }
 
 void MediaServer::answer(const httplib::Request& /*request*/, httplib::Response& response) {
@@ -72,6 +78,10 @@ void MediaServer::answer(const httplib::Request& /*request*/, httplib::Response&
             const std::size_t end = m_end;
             if (offset >= end) {
                 return false;
+            }
+            if (offset >= m_hold) {
+                std::this_thread::sleep_for(std::chrono::milliseconds(5));
+                return !m_refuses;
             }
             sink.write(m_clip.data() + offset, std::min({length, pieceSize, end - offset}));
             return true;

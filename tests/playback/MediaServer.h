@@ -29,6 +29,8 @@ public:
     void cutAt(double fraction);
     /// Sends the whole clip without its length and without ranges.
     void keepSizeToItself() { m_tellsSize = false; }
+    /// Sends nothing from this fraction of the file on until the server is mended.
+    void holdAt(double fraction);
     void mend();
 
 private:
@@ -38,6 +40,7 @@ private:
     std::atomic<bool> m_refuses = false;
     std::atomic<bool> m_tellsSize = true;
     std::atomic<std::size_t> m_end;
+    std::atomic<std::size_t> m_hold;
     std::atomic<int> m_requests = 0;
     int m_port = 0;
     httplib::Server m_server;

@@ -46,6 +46,19 @@ TEST_F(PlayerRetry, WaitsASecondThenPlaysOnFromThePositionReached) {
     EXPECT_EQ(engine().time, 33);
 }
 
+TEST_F(PlayerRetry, AStartThatFailsAgainAndAgainStillGoesWhereItWasMeantTo) {
+    manager->play(movie(), 1337);
+    scheduler.runPending();
+    for (int attempt = 0; attempt < 3; ++attempt) {
+        failNow();
+        scheduler.advance(1);
+        EXPECT_EQ(manager->pendingStartPosition(), 1337);
+    }
+    engine().post(FSPlayerFirstVideoFrameRenderedNotification);
+    scheduler.runPending();
+    EXPECT_EQ(engine().time, 1337);
+}
+
 TEST_F(PlayerRetry, TriesWithoutEndAndAlwaysAfterOneSecond) {
     start(movie());
     QSignalSpy errors(manager.get(), &PlayerManager::errorChanged);

@@ -136,6 +136,25 @@ TEST_F(RealEngine, StartsAtTheBeginningAndGoesToItsPositionAtTheFirstFrame) {
     EXPECT_EQ(manager.pendingStartPosition(), 0);
 }
 
+TEST_F(RealEngine, ASeekThatIsRefusedGoesOnWhereItWasMeantToOnceTheServerIsMended) {
+    server.holdAt(0.4);
+    manager.play(movie(server.url()), 0);
+    ASSERT_TRUE(playsPast(0.5));
+    double furthest = 0;
+    const QObject watcher;
+    QObject::connect(&manager, &PlayerManager::currentTimeChanged, &watcher,
+                     [&] { furthest = std::max(furthest, manager.currentTime()); });
+    const int requests = server.requests();
+    server.refuse();
+    manager.seek(15);
+    // That of the seek, and of two tries after it.
+    ASSERT_TRUE(waitUntil([&] { return server.requests() >= requests + 3; }));
+    EXPECT_LT(furthest, 16);
+    server.mend();
+    ASSERT_TRUE(playsPast(15));
+    EXPECT_LT(manager.currentTime(), 18);
+}
+
 TEST_F(RealEngine, TriesAgainUntilTheServerIsMended) {
     server.refuse();
     manager.play(movie(server.url()), 0);

@@ -162,7 +162,7 @@ bool CurlMediaStream::connect() {
     const auto start = Clock::now();
     while (!m_connection->hasReply()) {
         if (Clock::now() - start > longestSilence) {
-            return fail("silent for too long");
+            return giveUp("silent for too long");
         }
         if (!advance()) {
             return false;
@@ -186,12 +186,13 @@ bool CurlMediaStream::takeReply() {
     setAnswer(m_connection->statusLine());
     const auto result = m_connection->result().value_or(CURLE_OK);
     if (!m_connection->hasBegun() && result != CURLE_OK) {
-        return fail(curl_easy_strerror(result));
+        return giveUp(curl_easy_strerror(result));
     }
     const long status = m_connection->status();
     constexpr long whole = 200;
     constexpr long part = 206;
     if (status != whole && status != part) {
+        m_brokenAt = 0;
         return fail("answered " + std::to_string(status), m_connection->statusLine());
     }
     const auto range = status == part ? parseContentRange(m_connection->header("Content-Range"))
@@ -236,6 +237,11 @@ bool CurlMediaStream::settle() {
     }
     // A server may give less than it was asked for, and say so.
     return m_connection->hasBegun() && m_seekable ? connect() && awaitBytes(1) : lose("ended too soon");
+}
+
+bool CurlMediaStream::giveUp(std::string_view reason) {
+    m_brokenAt = 0;
+    return fail(reason);
 }
 
 bool CurlMediaStream::lose(std::string_view reason) {

@@ -30,7 +30,9 @@ enum class MediaStreamEnd {
 /// One film or channel over HTTP or HTTPS, read by one thread at the pace of that thread: what it has not
 /// asked for stays with the server, but for `readAhead` and the socket's buffers. It has one connection at
 /// a time: a seek closes the old one before it opens the next. Nothing is fetched anew by itself: what lies
-/// behind the place where a reply broke off cannot be had any more, unless somebody goes back first.
+/// behind the place where a reply broke off cannot be had any more, unless somebody goes back first; and
+/// nothing at all once the server has refused to give more, or did not answer. A reader that went on looking
+/// elsewhere would take the end of a film, of all places, for where it is.
 ///
 /// What it logs holds no address.
 class CurlMediaStream final : public ByteSource {
@@ -76,6 +78,8 @@ private:
     [[nodiscard]] bool settle();
     bool fail(std::string_view reason);
     bool fail(std::string_view reason, std::string answer);
+    /// Fails for good.
+    bool giveUp(std::string_view reason);
     /// Fails amid a reply.
     bool lose(std::string_view reason);
 
@@ -94,7 +98,7 @@ private:
     bool m_seekable = false;
     /// Until a seek gives another chance.
     bool m_failed = false;
-    /// Where a reply broke off.
+    /// From where on nothing can be had.
     std::optional<std::int64_t> m_brokenAt;
 
     /// Held for a moment only, unlike the other one.

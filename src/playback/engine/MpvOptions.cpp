@@ -177,8 +177,9 @@ std::vector<MpvOption> accessOptions(std::string_view address) {
     // The file itself is opened by mpv: what it names is not.
     const std::string nested = scheme.name == "file" ? std::string(nestedProtocols) : own;
     return {
+        // What may be opened is said by protocol and format; a provider calls its segments what it likes.
         {"demuxer-lavf-o",
-         quotedListValue("protocol_whitelist", nested) + "," +
+         "extension_picky=0,allowed_extensions=ALL," + quotedListValue("protocol_whitelist", nested) + "," +
              quotedListValue("format_whitelist", std::string(formats) + std::string(scheme.formats))},
         // A cut must show as one: whoever owns the engine decides about another try.
         {"stream-lavf-o", "reconnect=0," + quotedListValue("protocol_whitelist", own)},

@@ -224,6 +224,9 @@ void MpvPlayer::considerSeek() {
 void MpvPlayer::seek() {
     const auto target = std::exchange(m_seekTarget, std::nullopt);
     if (target && m_state.seekable && !m_state.seekableInCache) {
+        m_soughtPosition = target;
+        m_soughtAt = PlaybackClock::Time::clock::now();
+        m_clock.report(*target, m_soughtAt);
         m_handle->command({"seek", std::to_string(*target), "absolute+exact"});
     }
 }

@@ -100,6 +100,9 @@ private:
     void handleReply(Answer answer, const mpv_event& event);
     void handleLoaded();
     void takeTimes(Answer answer, const double* seconds);
+    void takePosition(double seconds);
+    /// Whether a seek is still on its way: until then the position is the one that was asked for.
+    [[nodiscard]] bool isUnderWay(double seconds, PlaybackClock::Time now) const;
     /// The tracks as they are once playback has begun.
     void handleBeginning(TrackList tracks);
     void handleEndOfFile(const mpv_event& event);
@@ -142,6 +145,9 @@ private:
     mutable int m_timesAsked = 0;
     bool m_judgesEnd = false;
     std::optional<double> m_seekTarget;
+    /// Where mpv was sent last, and when, until it is there.
+    std::optional<double> m_soughtPosition;
+    PlaybackClock::Time m_soughtAt;
     Stage m_stage = Stage::Opening;
     SeekDirection m_lastSeek = SeekDirection::Forward;
     FSPlaybackState m_playbackState = FSPlaybackState::Stopped;

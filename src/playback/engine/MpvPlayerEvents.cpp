@@ -136,8 +136,30 @@ void MpvPlayer::takeTimes(Answer answer, const double* seconds) {
         m_state.reportedDuration = seconds != nullptr ? *seconds : 0;
         --m_timesAsked;
     } else if (seconds != nullptr) {
-        m_clock.report(*seconds, PlaybackClock::Time::clock::now());
+        takePosition(*seconds);
     }
+}
+
+void MpvPlayer::takePosition(double seconds) {
+    // mpv goes to the end of a film whose data broke off, though it shows nothing of it.
+    constexpr double leap = 2;
+    const auto now = PlaybackClock::Time::clock::now();
+    if (isUnderWay(seconds, now)) {
+        return;
+    }
+    m_soughtPosition.reset();
+    const bool isBroken = m_stream != nullptr && m_stream->end() == MediaStreamEnd::BrokenOff;
+    if (!isBroken || seconds <= m_clock.position(now) + leap) {
+        m_clock.report(seconds, now);
+    }
+}
+
+bool MpvPlayer::isUnderWay(double seconds, PlaybackClock::Time now) const {
+    constexpr double nearEnough = 1.5;
+    // One that leads nowhere near, as beyond the end.
+    constexpr std::chrono::seconds longestWay{2};
+    return m_soughtPosition && std::abs(seconds - *m_soughtPosition) > nearEnough &&
+           (m_state.seeking || now - m_soughtAt < longestWay);
 }
 
 void MpvPlayer::handleLoaded() {

@@ -23,8 +23,8 @@ namespace ondavia {
 class AppState;
 
 /// The guide of one channel: the programmes of one day, and the days of the channel's archive. Whoever shows
-/// it owns the day and the list of days, and plays what was chosen. Reads the guide only while it is in sight.
-/// Main thread.
+/// it owns the day and the list of days, and plays what was chosen. Reads the guide only while it is in
+/// sight. Main thread.
 class EPGPanelViewModel final : public QObject {
     Q_OBJECT
     QML_ELEMENT

@@ -16,8 +16,8 @@ class DayTexts;
 /// Whether what is listed can be played later.
 enum class Archive { None, Kept };
 
-/// The programmes of one day. Whether one is on now, over or still to come is told by the clock each time that
-/// a row is drawn; time alone changes no row. Main thread.
+/// The programmes of one day. Whether one is on now, over or still to come is told by the clock each time
+/// that a row is drawn; time alone changes no row. Main thread.
 class EPGProgramListModel final : public QAbstractListModel {
     Q_OBJECT
     QML_ELEMENT
