@@ -356,10 +356,10 @@ TEST_F(PlayerWindowTest, ShrinksIntoTheMiniPlayerAndComesBack) {
         settle();
     };
     moveBy({-900, -200});
-    EXPECT_EQ(mini->mapToScene(QPointF()), QPointF(12, 800 - 202 - 200));
+    EXPECT_EQ(mini->mapToScene(QPointF()), QPointF(96 + 12, 800 - 202 - 200)) << "beside the rail";
     window->resize(1000, 500);
     settle();
-    EXPECT_EQ(mini->mapToScene(QPointF()), QPointF(12, 500 - 155 - 55));
+    EXPECT_EQ(mini->mapToScene(QPointF()), QPointF(96 + 12, 500 - 155 - 55));
     EXPECT_THAT(journal, ::testing::IsEmpty());
     moveBy({4, 4});
     EXPECT_TRUE(models->player()->isPresented()) << "less than ten is a tap";
@@ -386,6 +386,22 @@ TEST_F(PlayerWindowTest, TheMiniPlayerIsReachedByKeyboard) {
     press(Qt::Key_Return);
     settle();
     EXPECT_TRUE(models->player()->isPresented());
+}
+
+TEST_F(PlayerWindowTest, ThePagesHaveTheFocusAgainWhenTheMiniPlayerHasGone) {
+    playFilm();
+    player().minimizeToMini();
+    settle();
+    const std::string before = focusName();
+    EXPECT_NE(before, "");
+    for (int step = 0; step < 20 && focusName() != "Fechar"; ++step) {
+        press(Qt::Key_Tab);
+    }
+    ASSERT_EQ(focusName(), "Fechar");
+    press(Qt::Key_Return);
+    settle();
+    EXPECT_FALSE(appState.isPlaying());
+    EXPECT_EQ(focusName(), before);
 }
 
 } // namespace

@@ -31,6 +31,8 @@ Item {
         objectName: "skipBadge"
         x: badge.width * (badge.isForward ? 0.78 : 0.22) - width / 2
         anchors.verticalCenter: parent.verticalCenter
+        // Where the buttons of the middle reach as far as this, below them.
+        anchors.verticalCenterOffset: badge.width < 600 && badge.height > 600 ? 120 : 0
         width: 112
         height: width
         radius: width / 2

@@ -11,6 +11,8 @@ FocusScope {
     readonly property bool isWide: view.width >= Theme.wideWindow
     /// What the bar takes from the bottom of the window.
     readonly property real barHeight: view.isWide ? 0 : navigation.height
+    /// What the rail takes from its left.
+    readonly property real railWidth: view.isWide ? navigation.width : 0
     readonly property int current: view.models.content.selectedTab
 
     readonly property var tabs: [

@@ -45,8 +45,11 @@ FocusScope {
     // By address, here and below: a loader cannot make a component that is bound to where it was written.
     Loader {
         anchors.fill: parent
+        anchors.leftMargin: tabs.railWidth
         enabled: tabs.enabled
         active: root.models.miniPlayer.isShown
+        // The focus that was in it goes back to the pages.
+        onActiveChanged: if (!active && tabs.enabled) tabs.forceActiveFocus()
         Component.onCompleted: setSource(Qt.resolvedUrl("../Player/MiniPlayerView.qml"),
                                          { model: root.models.miniPlayer })
     }
