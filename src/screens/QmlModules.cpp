@@ -6,6 +6,7 @@
 #define ONDAVIA_QML_MODULES(DO)                                                                              \
     DO(Browse, browse)                                                                                       \
     DO(Favorites, favorites)                                                                                 \
+    DO(Guide, guide_panel)                                                                                   \
     DO(Home, home)                                                                                           \
     DO(Live, live)                                                                                           \
     DO(Movies, movies)                                                                                       \

@@ -16,6 +16,7 @@ constexpr std::array icons{
     IconEntry{"arrow.clockwise", u'\ue5d5'},
     IconEntry{"arrow.down.right.and.arrow.up.left", u'\ue5d1'},
     IconEntry{"arrow.up.left.and.arrow.down.right", u'\ue5d0'},
+    IconEntry{"calendar", u'\ue935'},
     IconEntry{"checkmark", u'\ue5ca'},
     IconEntry{"checkmark.circle.fill", u'\ue86c'},
     IconEntry{"chevron.down", u'\ue5cf'},
@@ -61,6 +62,7 @@ constexpr std::array icons{
     IconEntry{"star.fill", u'\ue838'},
     IconEntry{"sun.max.fill", u'\ue430'},
     IconEntry{"tv.fill", u'\ue639'},
+    IconEntry{"tv.slash", u'\ue647'},
     IconEntry{"xmark", u'\ue5cd'},
     IconEntry{"xmark.circle.fill", u'\ue5c9'},
 };

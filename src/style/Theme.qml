@@ -62,6 +62,15 @@ QtObject {
     readonly property color subtitleText: "white"
     readonly property color subtitleGround: Qt.rgba(0, 0, 0, 0.55)
     readonly property color live: Qt.rgba(0.85, 0.16, 0.16, 0.9)
+    /// In the guide: what is on stands out, what is over steps back.
+    readonly property color onAir: "#ff4d48"
+    readonly property color guideText: "white"
+    readonly property color guideTime: Qt.rgba(1, 1, 1, 0.5)
+    readonly property color guidePastTitle: Qt.rgba(1, 1, 1, 0.4)
+    readonly property color guideFutureTitle: Qt.rgba(1, 1, 1, 0.7)
+    readonly property color guideDetail: Qt.rgba(1, 1, 1, 0.3)
+    readonly property color guidePastDot: Qt.rgba(1, 1, 1, 0.2)
+    readonly property color guideFutureDot: Qt.rgba(1, 1, 1, 0.3)
     readonly property color seekTrack: Qt.rgba(1, 1, 1, 0.25)
     /// The sky behind the swells, and from far to near the crest and the depth of each.
     readonly property color skyTop: "#06080c"

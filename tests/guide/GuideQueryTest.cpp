@@ -2,6 +2,8 @@
 
 #include "protocol/XtreamAPIClient.h"
 
+#include <SQLiteCpp/SQLiteCpp.h>
+
 namespace ondavia::testing {
 namespace {
 
@@ -93,6 +95,20 @@ TEST_F(GuideQuery, ListsDaysOfTwentyThreeAndTwentyFiveHoursByTheCalendar) {
     add("c1", "last of the long day", utc(2024, 10, 27, 23, 59), utc(2024, 10, 28));
     add("c1", "first after it", utc(2024, 10, 28), utc(2024, 10, 28, 1));
     EXPECT_THAT(onDay(utc(2024, 10, 27, 12)), ElementsAre("first of the long day", "last of the long day"));
+}
+
+TEST_F(GuideQuery, FindsADayByAnIndexHoweverLargeTheGuide) {
+    add("c1", "first", utc(2024, 1, 15, 12), utc(2024, 1, 15, 13));
+    const SqlText query =
+        selectText("*", Query<EPGProgram>{.where = field(&EPGProgram::channelId) == "c1" &&
+                                                   field(&EPGProgram::start) >= utc(2024, 1, 15) &&
+                                                   field(&EPGProgram::start) < utc(2024, 1, 16),
+                                          .sort = {ascending(&EPGProgram::start)}});
+    SQLite::Database guide(folder.path() / "store" / "guide.db");
+    SQLite::Statement plan(guide, "EXPLAIN QUERY PLAN " + query.sql);
+    ASSERT_TRUE(plan.executeStep());
+    EXPECT_THAT(plan.getColumn(3).getString(),
+                HasSubstr("USING INDEX epg_program_by_channel (channel_id=? AND start>? AND start<?)"));
 }
 
 TEST_F(GuideQuery, AnswersNothingWhenTheStoreCannotBeRead) {

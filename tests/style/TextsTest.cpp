@@ -125,6 +125,8 @@ constexpr SettledText settledTexts[] = {
     {"sync.saving", "A guardar dados..."},
     {"sync.offline", "Sem internet — a usar dados em cache"},
     {"sync.error.generic", "Erro ao sincronizar. Verifica a tua ligação e tenta novamente."},
+    {"epg.loading", "A carregar programacao..."},
+    {"epg.noData", "Sem informacao de programacao"},
     {"player.invalidURL", "URL invalido"},
     {"player.error", "Erro de reproducao"},
     {"player.nextEpisode", "Proximo episodio"},

@@ -16,11 +16,13 @@
 
 #include <cstdint>
 #include <functional>
+#include <memory>
 #include <vector>
 
 namespace ondavia {
 
 class AppState;
+class XtreamAPIClient;
 
 /// The guide of one channel: the programmes of one day, and the days of the channel's archive. Whoever shows
 /// it owns the day and the list of days, and plays what was chosen. Reads the guide only while it is in
@@ -60,7 +62,7 @@ public:
     [[nodiscard]] Content content() const;
     [[nodiscard]] EPGProgramListModel* programs() { return &m_programs; }
     [[nodiscard]] EPGDayListModel* days() { return &m_days; }
-    /// Today, and before it the days of the archive. A moment of each.
+    /// Today, and before it the days of the archive: the first moments of each.
     [[nodiscard]] std::vector<Date> availableDates() const;
 
     /// The panel has come into sight: from now on it reads what it shows. Nothing for one in sight.
@@ -78,7 +80,7 @@ public:
 
 private:
     void loadPrograms();
-    QCoro::Task<void> loadShortGuide(std::uint64_t generation);
+    QCoro::Task<void> loadShortGuide(std::shared_ptr<XtreamAPIClient> client, std::uint64_t generation);
     [[nodiscard]] bool hasGuide() const;
     [[nodiscard]] Date selectedMoment() const;
     void readPrograms();
