@@ -331,10 +331,40 @@ TEST_F(PlayerWindowTest, SubtitlesOfTheScreensLieOverThePicture) {
     QQuickItem* block = named("subtitleBlock");
     ASSERT_NE(block, nullptr);
     EXPECT_EQ(block->mapToScene(QPointF(0, block->height())).y(), window->height() - 60);
-    EXPECT_FALSE(block->isEnabled());
+    EXPECT_EQ(block->mapToScene(QPointF(block->width() / 2, 0)).x(), window->width() / 2.0);
+    EXPECT_EQ(block->property("color").value<QColor>(), QColor::fromRgbF(0, 0, 0, 0.55F));
+    QQuickItem* line = block->childItems().at(0);
+    const QFont font = line->property("font").value<QFont>();
+    EXPECT_EQ(font.pixelSize(), 18);
+    EXPECT_EQ(font.weight(), QFont::DemiBold);
+    EXPECT_EQ(line->property("color").value<QColor>(), QColor(Qt::white));
+    EXPECT_EQ(line->property("lineCount"), 2);
+    EXPECT_EQ(block->size(), line->size() + QSizeF(28, 12)) << "14 at the sides, 6 above and below";
     reach(500, 1000);
     scheduler.advance(0.1);
     EXPECT_EQ(named("subtitleBlock"), nullptr);
+}
+
+TEST_F(PlayerWindowTest, SubtitlesOfTheScreensWrapAndLetTouchesThrough) {
+    playFilm();
+    playerManager.setUseCustomSubtitleOverlay(true);
+    std::string longLine;
+    while (longLine.size() < 400) {
+        longLine += "Uma linha muito comprida ";
+    }
+    playerManager.setCurrentSubtitleTrack(
+        SubtitleTrack{"srt-1", std::nullopt, "Português", "", std::vector<SubtitleCue>{{90, 120, longLine}}});
+    scheduler.advance(5.1);
+    settle();
+    ASSERT_FALSE(player().controls()->showControls());
+    QQuickItem* block = named("subtitleBlock");
+    ASSERT_NE(block, nullptr);
+    EXPECT_LE(block->width(), window->width());
+    EXPECT_GT(block->childItems().at(0)->property("lineCount").toInt(), 1);
+    const QPoint place(1100, block->mapToScene(QPointF(0, block->height() / 2)).toPoint().y());
+    ASSERT_TRUE(block->contains(block->mapFromScene(place)));
+    doubleClickAt(place);
+    EXPECT_EQ(playerManager.currentTime(), 110) << "the picture below was touched";
 }
 
 TEST_F(PlayerWindowTest, ShrinksIntoTheMiniPlayerAndComesBack) {
