@@ -87,8 +87,39 @@ TEST(EngineModel, ClockRunsBetweenReports) {
     EXPECT_DOUBLE_EQ(clock.position(start + 2s), 12);
     clock.run(0, start + 3s);
     EXPECT_DOUBLE_EQ(clock.position(start + 9s), 14);
-    clock.report(13.5, start + 9s);
-    EXPECT_DOUBLE_EQ(clock.position(start + 10s), 13.5);
+    clock.report(14.5, start + 9s);
+    EXPECT_DOUBLE_EQ(clock.position(start + 10s), 14.5);
+}
+
+TEST(EngineModel, ClockThatRanAheadWaitsInsteadOfGoingBack) {
+    using namespace std::chrono_literals;
+    PlaybackClock clock;
+    const PlaybackClock::Time start{};
+    clock.run(1, start);
+    EXPECT_DOUBLE_EQ(clock.position(start + 5s), 5);
+    clock.report(4.25, start + 5s);
+    EXPECT_DOUBLE_EQ(clock.position(start + 5s), 5);
+    clock.run(0, start + 5s);
+    EXPECT_DOUBLE_EQ(clock.position(start + 9s), 5);
+    clock.run(1, start + 9s);
+    EXPECT_DOUBLE_EQ(clock.position(start + 9500ms), 5) << "at 4.75 in truth";
+    EXPECT_DOUBLE_EQ(clock.position(start + 10s), 5.25);
+}
+
+TEST(EngineModel, ClockGoesBackForASeekAndForAJump) {
+    using namespace std::chrono_literals;
+    PlaybackClock clock;
+    const PlaybackClock::Time start{};
+    clock.report(20, start);
+    clock.report(19.5, start);
+    EXPECT_DOUBLE_EQ(clock.position(start), 20);
+    clock.expectJump();
+    clock.report(19.5, start);
+    EXPECT_DOUBLE_EQ(clock.position(start), 19.5);
+    clock.report(19, start);
+    EXPECT_DOUBLE_EQ(clock.position(start), 19.5) << "one seek, one jump";
+    clock.report(3, start);
+    EXPECT_DOUBLE_EQ(clock.position(start), 3) << "too far back to be a report that came late";
 }
 
 TEST(EngineModel, DurationStandsForFilesAndSeekableStreamsOnly) {

@@ -11,8 +11,6 @@ namespace ondavia {
 namespace {
 
 constexpr double microseconds = 1'000'000;
-/// What a report of the position may be off without anything having happened: it is half a second old.
-constexpr double slackSeconds = 1;
 
 PlaybackClock::Time now() {
     return PlaybackClock::Time::clock::now();
@@ -113,7 +111,7 @@ void MprisPlayer::follow(double position) {
     if (!info || !info->elapsedPlaybackTime) {
         return;
     }
-    const bool isJump = std::abs(position - m_clock.position(now())) > slackSeconds;
+    const bool isJump = std::abs(position - m_clock.position(now())) > PlaybackClock::slack;
     m_clock.report(position, now());
     if (isJump) {
         Q_EMIT Seeked(inMicroseconds(position));
