@@ -22,7 +22,7 @@ std::string login(Service& service, const ActiveFaults& faults) {
     AccountState account{.user = service.options.user,
                          .password = service.options.password,
                          .port = service.port,
-                         .openStreams = service.openStreams.load(),
+                         .openStreams = service.openStreams.count(),
                          .maxConnections = service.options.maxConnections,
                          .expires = unixNow() + 200 * daySeconds};
     if (faults.has("expired")) {

@@ -191,7 +191,7 @@ void Delivery::send(std::string body, const std::string& type) {
 }
 
 void Delivery::sendFile(const std::filesystem::path& file, const std::string& type,
-                        std::shared_ptr<StreamTicket> ticket) {
+                        std::shared_ptr<void> ticket) {
     const auto opened = std::make_shared<const OpenFile>(file);
     const std::uint64_t size = std::filesystem::file_size(file);
     sendReadable(

@@ -22,7 +22,7 @@ public:
     void send(std::string body, const std::string& type);
     /// With ranges. `ticket` lives until the last byte is sent.
     void sendFile(const std::filesystem::path& file, const std::string& type,
-                  std::shared_ptr<StreamTicket> ticket = nullptr);
+                  std::shared_ptr<void> ticket = nullptr);
     /// A body of `size` bytes that `read` appends to a text on demand (at most what fits, at least one byte).
     using Reader = std::function<void(std::string& out, std::uint64_t offset, std::size_t atMost)>;
     void sendReadable(std::uint64_t size, const std::string& type, Reader read);

@@ -2,11 +2,6 @@
 
 #include "demo/Service.h"
 
-#include <dirent.h>
-#include <netinet/in.h>
-#include <sys/socket.h>
-
-#include <cstdlib>
 #include <stdexcept>
 #include <thread>
 
@@ -17,33 +12,6 @@ namespace {
 constexpr std::size_t workerThreads = 64;
 /// A paused player reads nothing for a long time and is still there.
 constexpr time_t writeTimeoutSeconds = 3600;
-
-bool isAcceptedOn(int descriptor, int port) {
-    sockaddr_in address{};
-    socklen_t length = sizeof address;
-    int listening = 0;
-    socklen_t optionLength = sizeof listening;
-    return getsockname(descriptor, reinterpret_cast<sockaddr*>(&address), &length) == 0 &&
-           address.sin_family == AF_INET && ntohs(address.sin_port) == port &&
-           getsockopt(descriptor, SOL_SOCKET, SO_ACCEPTCONN, &listening, &optionLength) == 0 &&
-           listening == 0;
-}
-
-/// Wakes every worker that waits for a client on this port. The library ends its workers only when their
-/// clients let it, which an idle or paused one does not.
-void shutConnections(int port) {
-    DIR* folder = opendir("/proc/self/fd");
-    if (folder == nullptr) {
-        return;
-    }
-    while (const dirent* entry = readdir(folder)) {
-        const int descriptor = std::atoi(entry->d_name);
-        if (descriptor > 2 && isAcceptedOn(descriptor, port)) {
-            shutdown(descriptor, SHUT_RDWR);
-        }
-    }
-    closedir(folder);
-}
 
 } // namespace
 
@@ -90,6 +58,8 @@ public:
         m_media.stop();
         m_server.stop();
         std::jthread waker([this](const std::stop_token& done) {
+            // The library ends its workers only when their clients let it, which an idle or paused one does
+            // not.
             while (!done.stop_requested()) {
                 shutConnections(m_service->port);
                 std::this_thread::sleep_for(std::chrono::milliseconds(10));
@@ -98,7 +68,8 @@ public:
         m_listener.join();
     }
 
-    [[nodiscard]] int openStreams() const { return m_service ? m_service->openStreams.load() : 0; }
+    [[nodiscard]] int openStreams() const { return m_service ? m_service->openStreams.count() : 0; }
+    [[nodiscard]] int mostStreams() const { return m_service ? m_service->openStreams.most() : 0; }
 
     Faults faults;
 
@@ -129,6 +100,9 @@ void DemoProvider::clearFaults() {
 }
 int DemoProvider::openStreams() const {
     return m_running->openStreams();
+}
+int DemoProvider::mostStreams() const {
+    return m_running->mostStreams();
 }
 
 } // namespace ondavia::demo

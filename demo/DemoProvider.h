@@ -30,8 +30,10 @@ public:
     void setFault(std::string_view faults);
     void clearFaults();
 
-    /// Streams open now.
+    /// Streams open now. One whose client has closed its connection is not.
     [[nodiscard]] int openStreams() const;
+    /// The most that were ever open at once, refused ones included.
+    [[nodiscard]] int mostStreams() const;
 
 private:
     class Running;

@@ -21,7 +21,7 @@ constexpr std::uint64_t longestRecording = 24 * 60;
 /// One viewer of one channel.
 class LiveSession final {
 public:
-    LiveSession(std::shared_ptr<const TransportLoop> loop, std::shared_ptr<StreamTicket> ticket,
+    LiveSession(std::shared_ptr<const TransportLoop> loop, std::shared_ptr<void> ticket,
                 const ActiveFaults& faults, std::stop_token stop)
         : m_loop(std::move(loop))
         , m_ticket(std::move(ticket))
@@ -58,7 +58,7 @@ public:
 
 private:
     std::shared_ptr<const TransportLoop> m_loop;
-    std::shared_ptr<StreamTicket> m_ticket;
+    std::shared_ptr<void> m_ticket;
     std::stop_token m_stop;
     double m_pace;
     bool m_ends;
@@ -68,14 +68,14 @@ private:
 };
 
 /// Checks that every media route shares. Null: the request is answered.
-std::shared_ptr<StreamTicket> admit(Service& service, Delivery& delivery, const httplib::Request& request) {
+std::shared_ptr<void> admit(Service& service, Delivery& delivery, const httplib::Request& request) {
     if (delivery.answeredByFault()) {
         return nullptr;
     }
     const int limit = service.options.maxConnections;
-    auto ticket = std::make_shared<StreamTicket>(service.openStreams);
+    auto ticket = service.openStreams.open(service.port, request.remote_port);
     if (!service.accepts(request.matches[1], request.matches[2]) ||
-        (limit > 0 && service.openStreams > limit)) {
+        (limit > 0 && service.openStreams.count() > limit)) {
         delivery.refuse(403, "refused");
         return nullptr;
     }

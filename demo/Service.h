@@ -6,13 +6,13 @@
 #include "demo/Faults.h"
 #include "demo/Guide.h"
 #include "demo/MediaFactory.h"
+#include "demo/OpenStreams.h"
 #include "demo/Pictures.h"
 #include "demo/Replies.h"
 #include "demo/TitleDatabase.h"
 
 #include <httplib.h>
 
-#include <atomic>
 #include <charconv>
 #include <cstdint>
 #include <memory>
@@ -21,21 +21,6 @@
 #include <string>
 
 namespace ondavia::demo {
-
-/// One open stream of the account; counts from making to destruction.
-class StreamTicket final {
-public:
-    explicit StreamTicket(std::atomic<int>& open)
-        : m_open(open) {
-        ++m_open;
-    }
-    ~StreamTicket() { --m_open; }
-    StreamTicket(const StreamTicket&) = delete;
-    StreamTicket& operator=(const StreamTicket&) = delete;
-
-private:
-    std::atomic<int>& m_open;
-};
 
 /// The number that a part of an address starts with, or -1.
 inline std::int64_t number(const std::string& text) {
@@ -61,7 +46,7 @@ public:
     MediaFactory& media;
     Pictures& pictures;
     std::stop_source stopping;
-    std::atomic<int> openStreams = 0;
+    OpenStreams openStreams;
 
     /// The pre-rendered list of a catalogue action; null for any other.
     [[nodiscard]] Body list(std::string_view action) const;
