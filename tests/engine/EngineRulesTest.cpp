@@ -95,11 +95,12 @@ TEST(EngineModel, ClockThatRanAheadWaitsInsteadOfGoingBack) {
     using namespace std::chrono_literals;
     PlaybackClock clock;
     const PlaybackClock::Time start{};
+    clock.report(3, start);
     clock.run(1, start);
-    EXPECT_DOUBLE_EQ(clock.position(start + 5s), 5);
-    clock.report(4.25, start + 5s);
-    EXPECT_DOUBLE_EQ(clock.position(start + 5s), 5);
-    clock.run(0, start + 5s);
+    EXPECT_DOUBLE_EQ(clock.position(start + 2s), 5);
+    clock.report(4.25, start + 2s);
+    EXPECT_DOUBLE_EQ(clock.position(start + 2s), 5);
+    clock.run(0, start + 2s);
     EXPECT_DOUBLE_EQ(clock.position(start + 9s), 5);
     clock.run(1, start + 9s);
     EXPECT_DOUBLE_EQ(clock.position(start + 9500ms), 5) << "at 4.75 in truth";

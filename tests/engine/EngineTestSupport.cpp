@@ -189,7 +189,11 @@ std::string SilentServer::url(const std::string& path) const {
 }
 
 Engine::Engine(MpvOutputs outputs, const std::string& url)
-    : m_player(makeMpvPlayerFactory(m_center, outputs)(url, systemOptions())) {
+    : Engine(std::make_shared<EngineRoom>(outputs), url) {}
+
+Engine::Engine(std::shared_ptr<EngineRoom> room, const std::string& url)
+    : m_room(std::move(room))
+    , m_player(m_room->makePlayer(url, systemOptions())) {
     observe(FSPlayerIsPreparedToPlayNotification, [](const auto&) { return "prepared"; });
     observe(FSPlayerFirstVideoFrameRenderedNotification, [](const auto&) { return "firstFrame"; });
     observe(FSPlayerSelectedStreamDidChangeNotification, [](const auto&) { return "streams"; });
@@ -210,10 +214,10 @@ Engine::~Engine() {
 }
 
 void Engine::observe(const char* name, std::function<std::string(const Notification&)> describe) {
-    m_center.addObserver(this, name, m_player.get(),
-                         [this, describe = std::move(describe)](const Notification& notification) {
-                             m_events.push_back(describe(notification));
-                         });
+    m_room->center.addObserver(this, name, m_player.get(),
+                               [this, describe = std::move(describe)](const Notification& notification) {
+                                   m_events.push_back(describe(notification));
+                               });
 }
 
 int Engine::count(const std::string& event) const {
@@ -273,6 +277,18 @@ double MainThreadWatch::longestGapMilliseconds() {
 int threadCount() {
     const std::filesystem::directory_iterator tasks("/proc/self/task");
     return static_cast<int>(std::distance(begin(tasks), end(tasks)));
+}
+
+std::set<std::string> threadsNamed(const std::string& name) {
+    std::set<std::string> numbers;
+    for (const auto& task : std::filesystem::directory_iterator("/proc/self/task")) {
+        std::string found;
+        std::getline(std::ifstream(task.path() / "comm"), found);
+        if (found == name) {
+            numbers.insert(task.path().filename().string());
+        }
+    }
+    return numbers;
 }
 
 } // namespace ondavia::testing

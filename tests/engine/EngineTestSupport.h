@@ -13,6 +13,7 @@
 #include <chrono>
 #include <filesystem>
 #include <memory>
+#include <set>
 #include <string>
 #include <thread>
 #include <vector>
@@ -89,11 +90,22 @@ private:
     int m_port;
 };
 
+/// Where engines follow one another, as in the application.
+struct EngineRoom final {
+    explicit EngineRoom(MpvOutputs outputs)
+        : makePlayer(makeMpvPlayerFactory(center, outputs)) {}
+
+    NotificationCenter center;
+    FSPlayerFactory makePlayer;
+};
+
 /// One engine and what it posted. "finish:<reason>", "state:<n>", "load:<bits>", "prepared",
 /// "firstFrame" and "streams".
 class Engine final {
 public:
+    /// In a room of its own.
     Engine(MpvOutputs outputs, const std::string& url);
+    Engine(std::shared_ptr<EngineRoom> room, const std::string& url);
     ~Engine();
     Engine(const Engine&) = delete;
     Engine& operator=(const Engine&) = delete;
@@ -115,7 +127,7 @@ public:
 private:
     void observe(const char* name, std::function<std::string(const Notification&)> describe);
 
-    NotificationCenter m_center;
+    const std::shared_ptr<EngineRoom> m_room;
     std::shared_ptr<FSPlayer> m_player;
     std::vector<std::string> m_events;
 };
@@ -139,5 +151,8 @@ private:
 };
 
 [[nodiscard]] int threadCount();
+
+/// The system's numbers of this process's threads of that name.
+[[nodiscard]] std::set<std::string> threadsNamed(const std::string& name);
 
 } // namespace ondavia::testing

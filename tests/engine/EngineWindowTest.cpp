@@ -146,6 +146,74 @@ TEST(EngineWindow, IsBlackAfterShutdown) {
     EXPECT_TRUE(isBlack(scene.grab(*scene.large())));
 }
 
+TEST(EngineWindow, TheNextEngineDrawsWithTheRendererOfTheOneBeforeAndWithoutItsPicture) {
+    Scene scene;
+    const SilentServer silent;
+    const auto room = std::make_shared<EngineRoom>(MpvOutputs::Window);
+    const auto rendererThreads = [] { return threadsNamed("ondavia-video"); };
+    Engine first(room, Media::shared().movie);
+    Scene::host(first, scene.large());
+    first->prepareToPlay();
+    ASSERT_TRUE(first.await("state:1"));
+    ASSERT_TRUE(showsPicture(scene, scene.large()));
+    const auto renderer = rendererThreads();
+    ASSERT_EQ(renderer.size(), 1U);
+    first->shutdown();
+    {
+        Engine waiting(room, silent.url("/live/user/word/1.ts"));
+        Scene::host(waiting, scene.large());
+        waiting->prepareToPlay();
+        for (int width = 640; width > 600; --width) {
+            waiting->view()->item()->setSize({static_cast<qreal>(width), 360});
+            EXPECT_TRUE(isBlack(scene.grab(*scene.large())));
+        }
+        EXPECT_FALSE(waiting.has("firstFrame"));
+    }
+    Engine last(room, Media::shared().tracks);
+    Scene::host(last, scene.large());
+    last->prepareToPlay();
+    ASSERT_TRUE(last.await("state:1"));
+    EXPECT_EQ(last.count("firstFrame"), 1);
+    EXPECT_EQ(rendererThreads(), renderer);
+    EXPECT_TRUE(pictureMoves(scene, scene.large()));
+}
+
+TEST(EngineWindow, TheNextEngineOpensPausedWithItsOwnPicture) {
+    Scene scene;
+    const auto room = std::make_shared<EngineRoom>(MpvOutputs::Window);
+    Engine first(room, Media::shared().movie);
+    Scene::host(first, scene.large());
+    first->prepareToPlay();
+    ASSERT_TRUE(first.await("state:1"));
+    first->shutdown();
+    Engine second(room, Media::shared().movie);
+    Scene::host(second, scene.large());
+    second->setShouldAutoplay(false);
+    second->prepareToPlay();
+    ASSERT_TRUE(second.await("firstFrame"));
+    EXPECT_TRUE(showsPicture(scene, scene.large()));
+    EXPECT_FALSE(second.has("state:1"));
+}
+
+TEST(EngineWindow, TheNextEngineDrawsInAnotherWindowToo) {
+    auto scene = std::make_unique<Scene>();
+    const auto room = std::make_shared<EngineRoom>(MpvOutputs::Window);
+    Engine first(room, Media::shared().movie);
+    Scene::host(first, scene->large());
+    first->prepareToPlay();
+    ASSERT_TRUE(first.await("state:1"));
+    ASSERT_TRUE(showsPicture(*scene, scene->large()));
+    first->shutdown();
+    scene.reset();
+    Scene next;
+    Engine second(room, Media::shared().movie);
+    Scene::host(second, next.large());
+    second->prepareToPlay();
+    ASSERT_TRUE(second.await("state:1"));
+    EXPECT_TRUE(showsPicture(next, next.large()));
+    EXPECT_TRUE(pictureMoves(next, next.large()));
+}
+
 TEST(EngineWindow, FillsOrFitsOrStretchesToARatio) {
     Scene scene;
     scene.large()->setSize({360, 360});

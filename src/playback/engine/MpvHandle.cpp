@@ -7,6 +7,7 @@
 #include <cstdlib>
 #include <stdexcept>
 #include <string_view>
+#include <utility>
 
 namespace ondavia::engine {
 namespace {
@@ -20,6 +21,34 @@ void report(int status, const std::string& what) {
     if (status < 0) {
         AppLogger::player.error("mpv refused %{public}s: %{public}s", {what, mpv_error_string(status)});
     }
+}
+
+/// Ids are small, so that the owner's number has room above them.
+constexpr unsigned ownerShift = 32;
+constexpr std::uint64_t idMask = (std::uint64_t{1} << ownerShift) - 1;
+/// Replies to the loading of files, apart from the ids of everything else.
+constexpr std::uint64_t firstLoad = std::uint64_t{1} << 31;
+
+/// The text is mpv's to read, not to change.
+mpv_node textNode(const std::string& text) {
+    mpv_node node{};
+    node.format = MPV_FORMAT_STRING;
+    node.u.string = const_cast<char*>(text.c_str());
+    return node;
+}
+
+/// Of the result of a command, whose keys mpv names.
+std::optional<std::int64_t> numberUnder(std::string_view key, const mpv_node& result) {
+    if (result.format != MPV_FORMAT_NODE_MAP) {
+        return std::nullopt;
+    }
+    const mpv_node_list& list = *result.u.list;
+    for (int index = 0; index < list.num; ++index) {
+        if (key == list.keys[index] && list.values[index].format == MPV_FORMAT_INT64) {
+            return list.values[index].u.int64;
+        }
+    }
+    return std::nullopt;
 }
 
 template<class... Handlers> struct Overloaded : Handlers... { using Handlers::operator()...; };
@@ -59,8 +88,104 @@ void MpvHandle::setWakeup(std::function<void()> wakeup) {
     }
 }
 
-const mpv_event& MpvHandle::nextEvent() {
-    return *mpv_wait_event(m_handle, 0);
+mpv_event MpvHandle::nextEvent() {
+    mpv_event event = *mpv_wait_event(m_handle, 0);
+    while (event.event_id != MPV_EVENT_NONE && !concernsOwner(event)) {
+        event = *mpv_wait_event(m_handle, 0);
+    }
+    return event;
+}
+
+std::uint64_t MpvHandle::marked(std::uint64_t id) const {
+    return (m_owner << ownerShift) | id;
+}
+
+bool MpvHandle::concernsOwner(mpv_event& event) {
+    switch (event.event_id) {
+    case MPV_EVENT_COMMAND_REPLY:
+        takeLoadReply(event);
+        return false;
+    case MPV_EVENT_GET_PROPERTY_REPLY:
+    case MPV_EVENT_PROPERTY_CHANGE: {
+        const bool isOwners = event.reply_userdata >> ownerShift == m_owner;
+        event.reply_userdata &= idMask;
+        return isOwners;
+    }
+    case MPV_EVENT_LOG_MESSAGE:
+        return m_owner == 0 || m_hasBegun;
+    default:
+        return concernsFile(event);
+    }
+}
+
+bool MpvHandle::concernsFile(const mpv_event& event) {
+    switch (event.event_id) {
+    case MPV_EVENT_START_FILE:
+        m_hasBegun = m_entry == static_cast<const mpv_event_start_file*>(event.data)->playlist_entry_id;
+        return m_hasBegun;
+    case MPV_EVENT_END_FILE:
+        return m_entry == static_cast<const mpv_event_end_file*>(event.data)->playlist_entry_id;
+    case MPV_EVENT_HOOK:
+        m_hook = static_cast<const mpv_event_hook*>(event.data)->id;
+        if (!m_hasBegun) {
+            continueHook();
+        }
+        return m_hasBegun;
+    default:
+        return m_hasBegun;
+    }
+}
+
+void MpvHandle::takeLoadReply(const mpv_event& event) {
+    if (event.reply_userdata != marked(firstLoad + m_loads)) {
+        return;
+    }
+    report(event.error, "loadfile");
+    m_entry = numberUnder("playlist_entry_id", static_cast<const mpv_event_command*>(event.data)->result);
+}
+
+void MpvHandle::load(const std::string& address, const std::vector<MpvOption>& options) {
+    m_hasBegun = false;
+    m_entry.reset();
+    // While the sound output still belongs to what plays: it would not hear of it later.
+    setProperty("pause", false);
+    std::vector<mpv_node> values;
+    std::vector<char*> names;
+    for (const auto& [name, value] : options) {
+        names.push_back(const_cast<char*>(name.c_str()));
+        values.push_back(textNode(value));
+    }
+    mpv_node_list map{static_cast<int>(values.size()), values.data(), names.data()};
+    mpv_node own{};
+    own.format = MPV_FORMAT_NODE_MAP;
+    own.u.list = &map;
+    const std::string command = "loadfile";
+    const std::string flag = "replace";
+    mpv_node words[] = {textNode(command), textNode(address), textNode(flag), own};
+    mpv_node_list list{4, words, nullptr};
+    mpv_node whole{};
+    whole.format = MPV_FORMAT_NODE_ARRAY;
+    whole.u.list = &list;
+    report(mpv_command_node_async(m_handle, marked(firstLoad + ++m_loads), &whole), command);
+    continueHook();
+}
+
+void MpvHandle::unload() {
+    m_hasBegun = false;
+    m_entry.reset();
+    command({"stop"});
+    continueHook();
+}
+
+void MpvHandle::changeOwner() {
+    setWakeup({});
+    for (const std::uint64_t id : std::exchange(m_observed, {})) {
+        mpv_unobserve_property(m_handle, id);
+    }
+    ++m_owner;
+    m_hasBegun = false;
+    m_entry.reset();
+    setProperty("pause", true);
 }
 
 void MpvHandle::setProperty(const std::string& name, const MpvValue& value) {
@@ -91,11 +216,12 @@ void MpvHandle::command(const std::vector<std::string>& arguments) {
 }
 
 void MpvHandle::observe(std::uint64_t id, const std::string& name, mpv_format format) {
-    report(mpv_observe_property(m_handle, id, name.c_str(), format), name);
+    m_observed.push_back(marked(id));
+    report(mpv_observe_property(m_handle, marked(id), name.c_str(), format), name);
 }
 
 bool MpvHandle::requestProperty(std::uint64_t id, const std::string& name, mpv_format format) {
-    const int status = mpv_get_property_async(m_handle, id, name.c_str(), format);
+    const int status = mpv_get_property_async(m_handle, marked(id), name.c_str(), format);
     report(status, name);
     return status >= 0;
 }
@@ -104,8 +230,11 @@ void MpvHandle::requestHook(const std::string& name) {
     report(mpv_hook_add(m_handle, 0, name.c_str(), 0), name);
 }
 
-void MpvHandle::continueHook(std::uint64_t hook) {
-    report(mpv_hook_continue(m_handle, hook), "hook");
+void MpvHandle::continueHook() {
+    if (m_hook) {
+        report(mpv_hook_continue(m_handle, *m_hook), "hook");
+        m_hook.reset();
+    }
 }
 
 void MpvHandle::beginClosing() {

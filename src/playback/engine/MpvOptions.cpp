@@ -100,6 +100,15 @@ constexpr std::array<OptionRule, 5> rules = {{
      "no equivalent: mpv picks the surface's pixel format itself"},
 }};
 
+Options outputOptions(MpvOutputs outputs) {
+    if (outputs == MpvOutputs::Window) {
+        // The sound server, or the bare device where there is none. Nothing is loaded to hand decoded
+        // pictures to OpenGL inside a graphics card: hardware decoding copies them.
+        return {{"vo", "libmpv"}, {"ao", "pulse,alsa"}, {"gpu-hwdec-interop", "no"}};
+    }
+    return {{"vo", "null"}, {"ao", "null"}};
+}
+
 } // namespace
 
 std::vector<MpvOption> baseOptions() {
@@ -125,11 +134,13 @@ std::vector<MpvOption> baseOptions() {
         {"idle", "yes"},
         {"keep-open", "yes"},
         {"keep-open-pause", "no"},
-        // No subtitle shows before somebody picks one, and no neighbouring file is looked for.
-        {"sid", "no"},
+        // No neighbouring file is looked for.
         {"autoload-files", "no"},
         // What is no UTF-8 is read as the list of subtitles reads it, not as somebody guesses.
         {"sub-codepage", "latin1"},
+        // What is loaded is closed before the next file is opened. FFmpeg looks ten times a second whether it
+        // shall let go of its connections; whoever takes longer than this is left behind.
+        {"demuxer-termination-timeout", "1"},
         // By picture: those that say they are interlaced are deinterlaced, all others pass as they are.
         {"vf", "lavfi=[bwdif=mode=send_field:deint=interlaced]"},
         // Whoever lists the sound server's streams reads a name, not an address.
@@ -154,6 +165,11 @@ std::vector<MpvOption> baseOptions() {
     };
 }
 
+std::vector<MpvOption> trackOptions() {
+    // No subtitle shows before somebody picks one.
+    return {{"vid", "auto"}, {"aid", "auto"}, {"sid", "no"}};
+}
+
 std::vector<MpvOption> translated(const FSOptions& options) {
     Options result;
     for (const auto& entry : options.entries()) {
@@ -168,6 +184,13 @@ std::vector<MpvOption> translated(const FSOptions& options) {
                           std::back_inserter(result));
     }
     return result;
+}
+
+std::vector<MpvOption> engineOptions(MpvOutputs outputs, const FSOptions& options) {
+    auto all = baseOptions();
+    std::ranges::move(outputOptions(outputs), std::back_inserter(all));
+    std::ranges::move(translated(options), std::back_inserter(all));
+    return all;
 }
 
 std::vector<MpvOption> accessOptions(std::string_view address) {

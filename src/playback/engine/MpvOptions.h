@@ -1,6 +1,7 @@
 #pragma once
 
 #include "platform/FSPlayer.h"
+#include "playback/engine/MpvPlayerFactory.h"
 
 #include <string>
 #include <string_view>
@@ -16,6 +17,12 @@ struct MpvOption final {
 
 /// What every engine is started with, whatever it plays.
 [[nodiscard]] std::vector<MpvOption> baseOptions();
+
+/// All that an engine's mpv is started with.
+[[nodiscard]] std::vector<MpvOption> engineOptions(MpvOutputs outputs, const FSOptions& options);
+
+/// What a file begins with, whatever was picked in the one before.
+[[nodiscard]] std::vector<MpvOption> trackOptions();
 
 /// What an engine for this address may open: the address itself by its own protocol, and what the stream
 /// names in turn over HTTP only. Nothing that a server sends makes it listen, or read a file.

@@ -1,9 +1,11 @@
 #include "playback/engine/MpvPlayer.h"
 
 #include "base/AppLogger.h"
+#include "playback/engine/EngineShelf.h"
 #include "playback/engine/MpvHandle.h"
 #include "playback/engine/MpvVideoItem.h"
 #include "playback/engine/PublishedStream.h"
+#include "playback/engine/VideoRenderer.h"
 
 #include <algorithm>
 #include <cmath>
@@ -16,50 +18,64 @@ namespace {
 /// What runs out when an engine plays that nobody shows: a picture is not waited for any longer.
 constexpr std::chrono::seconds outputPatience{1};
 
-std::vector<MpvOption> outputOptions(MpvOutputs outputs) {
-    if (outputs == MpvOutputs::Window) {
-        // The sound server, or the bare device where there is none. Nothing is loaded to hand decoded
-        // pictures to OpenGL inside a graphics card: hardware decoding copies them.
-        return {{"vo", "libmpv"}, {"ao", "pulse,alsa"}, {"gpu-hwdec-interop", "no"}};
-    }
-    return {{"vo", "null"}, {"ao", "null"}};
+/// How long a handle may take to close what it played before: more than it takes itself to give up a server
+/// that does not let go. A system that looks up a name can hold it for longer.
+constexpr std::chrono::seconds closingPatience{2};
+
+std::shared_ptr<MpvHandle> makeHandle(const std::vector<MpvOption>& options) {
+    auto handle = MpvHandle::create(options);
+    handle->requestHook("on_preloaded");
+    return handle;
 }
 
 } // namespace
 
-MpvPlayer::MpvPlayer(NotificationCenter& center, MpvOutputs outputs, std::string content,
-                     const FSOptions& options)
+MpvPlayer::MpvPlayer(NotificationCenter& center, MpvOutputs outputs, std::shared_ptr<EngineShelf> shelf,
+                     std::string content, const FSOptions& options)
     : m_center(center)
     , m_outputs(outputs)
+    , m_shelf(std::move(shelf))
     , m_content(std::move(content))
+    , m_options(engineOptions(outputs, options))
     , m_drawsNothing(outputs == MpvOutputs::Null) {
     m_outputTimeout.setSingleShot(true);
     connect(&m_outputTimeout, &QTimer::timeout, this, &MpvPlayer::openOutput);
-    try {
-        startMpv(options);
-    } catch (const std::runtime_error& error) {
-        // prepareToPlay reports the failure to whoever observes by then.
-        AppLogger::player.error("No video engine: %{public}s", {error.what()});
-    }
+    m_closingTimeout.setSingleShot(true);
+    m_closingTimeout.setInterval(closingPatience);
+    connect(&m_closingTimeout, &QTimer::timeout, this, &MpvPlayer::replaceHandle);
+    startMpv();
 }
 
 MpvPlayer::~MpvPlayer() {
     shutdown();
 }
 
-void MpvPlayer::startMpv(const FSOptions& options) {
-    auto all = baseOptions();
-    std::ranges::move(accessOptions(m_content), std::back_inserter(all));
-    std::ranges::move(outputOptions(m_outputs), std::back_inserter(all));
-    std::ranges::move(translated(options), std::back_inserter(all));
-    m_handle = MpvHandle::create(all);
-    observeProperties(*m_handle);
-    m_handle->requestHook("on_preloaded");
-    m_handle->setWakeup([this] {
+void MpvPlayer::startMpv() {
+    if (auto core = m_shelf->take(m_options)) {
+        m_handle = std::move(core->handle);
+        m_formerRenderer = std::move(core->renderer);
+        m_mayBeClosing = true;
+    } else {
+        try {
+            m_handle = makeHandle(m_options);
+        } catch (const std::runtime_error& error) {
+            // prepareToPlay reports the failure to whoever observes by then.
+            AppLogger::player.error("No video engine: %{public}s", {error.what()});
+            return;
+        }
+    }
+    listen();
+}
+
+void MpvPlayer::listen() {
+    const auto wakeup = [this] {
         if (!m_eventsAnnounced.exchange(true)) {
             QMetaObject::invokeMethod(this, &MpvPlayer::takeEvents, Qt::QueuedConnection);
         }
-    });
+    };
+    m_handle->setWakeup(wakeup);
+    // mpv tells of no further event while there are some of before that nobody took.
+    wakeup();
 }
 
 void MpvPlayer::prepareToPlay() {
@@ -68,6 +84,9 @@ void MpvPlayer::prepareToPlay() {
     }
     if (m_handle == nullptr || !isPlayableAddress(m_content)) {
         AppLogger::player.error("The engine cannot open %s", {m_content});
+        if (m_handle != nullptr) {
+            m_handle->unload();
+        }
         // In a later turn, as every other failure.
         QMetaObject::invokeMethod(
             this, [this] { finish(FSFinishReason::PlaybackError); }, Qt::QueuedConnection);
@@ -81,7 +100,7 @@ void MpvPlayer::prepareToPlay() {
             m_drewFrame = true;
             settle();
         });
-        m_item->attach(m_handle);
+        m_item->attach(m_handle, std::exchange(m_formerRenderer, nullptr));
     }
     load();
 }
@@ -91,7 +110,47 @@ void MpvPlayer::load() {
     if (isHttpAddress(m_content)) {
         m_stream = std::make_unique<PublishedStream>(m_content);
     }
-    m_handle->command({"loadfile", m_stream != nullptr ? m_stream->address() : m_content});
+    loadFile(m_stream != nullptr ? m_stream->address() : m_content);
+    applySettings();
+    if (std::exchange(m_mayBeClosing, false)) {
+        m_closingTimeout.start();
+    }
+}
+
+void MpvPlayer::loadFile(const std::string& address) {
+    auto options = trackOptions();
+    std::ranges::move(accessOptions(m_content), std::back_inserter(options));
+    m_handle->load(address, options);
+}
+
+void MpvPlayer::applySettings() {
+    setPlaybackVolume(m_volume);
+    setScalingMode(m_scalingMode);
+    setDarPreference(m_aspectRatio);
+    m_handle->setProperty("speed", static_cast<double>(m_rate));
+}
+
+void MpvPlayer::replaceHandle() {
+    AppLogger::player.error("What played before does not end: it is left behind");
+    m_handle->setWakeup({});
+    m_handle->beginClosing();
+    if (m_item != nullptr) {
+        m_item->detach();
+    }
+    m_rendererReady = false;
+    try {
+        m_handle = makeHandle(m_options);
+    } catch (const std::runtime_error& error) {
+        AppLogger::player.error("No video engine: %{public}s", {error.what()});
+        m_handle.reset();
+        finish(FSFinishReason::PlaybackError);
+        return;
+    }
+    listen();
+    if (m_item != nullptr) {
+        m_item->attach(m_handle, nullptr);
+    }
+    load();
 }
 
 void MpvPlayer::shutdown() {
@@ -100,15 +159,10 @@ void MpvPlayer::shutdown() {
         return;
     }
     m_outputTimeout.stop();
-    m_handle->setWakeup({});
-    if (m_item != nullptr) {
-        disconnect(m_item.get(), nullptr, this, nullptr);
-        m_item->detach();
-    }
+    m_closingTimeout.stop();
     m_stream.reset();
     m_subtitles.end();
-    m_handle->beginClosing();
-    m_handle.reset();
+    releaseHandle();
     m_stage = Stage::Opening;
     m_state = {};
     m_clock = {};
@@ -116,15 +170,41 @@ void MpvPlayer::shutdown() {
     m_loadState = 0;
 }
 
+// To the next engine, unless it could not draw with it.
+void MpvPlayer::releaseHandle() {
+    auto renderer = std::exchange(m_formerRenderer, nullptr);
+    if (m_item != nullptr) {
+        disconnect(m_item.get(), nullptr, this, nullptr);
+        if (renderer == nullptr) {
+            renderer = m_item->release();
+        }
+    }
+    m_handle->changeOwner();
+    EngineCore core{std::exchange(m_handle, nullptr), std::move(renderer), m_options};
+    const bool canDraw = core.renderer != nullptr && core.renderer->isReady() && !m_drawsNothing;
+    if (m_outputs == MpvOutputs::Null || canDraw) {
+        m_shelf->put(std::move(core));
+    } else {
+        end(core);
+    }
+}
+
 void MpvPlayer::setScalingMode(FSScalingMode mode) {
+    m_scalingMode = mode;
     if (m_handle != nullptr) {
         m_handle->setProperty("panscan", mode == FSScalingMode::Fill ? 1.0 : 0.0);
     }
 }
 
 void MpvPlayer::setShouldAutoplay(bool autoplay) {
-    if (m_handle != nullptr) {
-        m_handle->setProperty("pause", !autoplay);
+    setPaused(!autoplay);
+}
+
+// A handle of before stands still until it has let go of what it played.
+void MpvPlayer::setPaused(bool paused) {
+    m_paused = paused;
+    if (m_handle != nullptr && m_hasBegun) {
+        m_handle->setProperty("pause", paused);
     }
 }
 
@@ -153,13 +233,11 @@ void MpvPlayer::play() {
     if (m_stage == Stage::Ended) {
         setCurrentPlaybackTime(0);
     }
-    m_handle->setProperty("pause", false);
+    setPaused(false);
 }
 
 void MpvPlayer::pause() {
-    if (m_handle != nullptr) {
-        m_handle->setProperty("pause", true);
-    }
+    setPaused(true);
 }
 
 double MpvPlayer::currentPlaybackTime() const {
@@ -226,47 +304,9 @@ void MpvPlayer::seek() {
     if (target && m_state.seekable && !m_state.seekableInCache) {
         m_soughtPosition = target;
         m_soughtAt = PlaybackClock::Time::clock::now();
+        m_clock.expectJump();
         m_clock.report(*target, m_soughtAt);
         m_handle->command({"seek", std::to_string(*target), "absolute+exact"});
-    }
-}
-
-void MpvPlayer::exchangeSelectedStream(std::int32_t index) {
-    const auto track = std::ranges::find(m_state.tracks, index, &streamIndex);
-    if (m_handle == nullptr || track == m_state.tracks.end()) {
-        AppLogger::player.debug("No stream with index %ld", {index});
-        return;
-    }
-    setTrack(track->type, track->id);
-}
-
-void MpvPlayer::closeCurrentStream(const std::string& streamType) {
-    const auto type = trackTypeOf(streamType);
-    if (m_handle != nullptr && type.has_value()) {
-        setTrack(*type, std::string("no"));
-    }
-}
-
-void MpvPlayer::setTrack(const std::string& type, const MpvValue& value) {
-    if (type == "sub") {
-        m_subtitles.forgetPick();
-    }
-    m_handle->setProperty(selectorOf(type), value);
-}
-
-bool MpvPlayer::takesSubtitles() const {
-    return m_handle != nullptr && m_stage != Stage::Failed;
-}
-
-void MpvPlayer::loadSubtitlesOnly(const std::vector<std::string>& urls) {
-    if (takesSubtitles()) {
-        m_subtitles.add(urls);
-    }
-}
-
-void MpvPlayer::loadThenActiveSubtitle(const std::string& url) {
-    if (takesSubtitles()) {
-        m_subtitles.pick(url, m_state.tracks);
     }
 }
 
@@ -301,15 +341,15 @@ void MpvPlayer::awaitOutput() {
 
 void MpvPlayer::openOutput() {
     m_outputTimeout.stop();
-    if (m_handle == nullptr || !m_hook.has_value() || !m_state.statedDuration.has_value()) {
+    if (m_handle == nullptr || !m_awaitsOutput || !m_state.statedDuration.has_value()) {
         return;
     }
     if (!m_rendererReady && !m_drawsNothing) {
         m_drawsNothing = true;
         m_handle->setProperty("vo", std::string("null"));
     }
-    m_handle->continueHook(*m_hook);
-    m_hook.reset();
+    m_awaitsOutput = false;
+    m_handle->continueHook();
 }
 
 void MpvPlayer::handleRendererReady() {

@@ -3,6 +3,7 @@
 #include "platform/FSPlayer.h"
 #include "playback/engine/ExternalSubtitles.h"
 #include "playback/engine/MpvHandle.h"
+#include "playback/engine/MpvOptions.h"
 #include "playback/engine/MpvPlayerFactory.h"
 #include "playback/engine/MpvStatistics.h"
 #include "playback/engine/PlaybackModel.h"
@@ -21,7 +22,9 @@ struct mpv_event;
 
 namespace ondavia::engine {
 
+class EngineShelf;
 class MpvVideoItem;
+class VideoRenderer;
 
 /// The engine on libmpv, and its own view.
 ///
@@ -36,7 +39,8 @@ class MpvPlayer final : public QObject,
     Q_OBJECT
 
 public:
-    MpvPlayer(NotificationCenter& center, MpvOutputs outputs, std::string content, const FSOptions& options);
+    MpvPlayer(NotificationCenter& center, MpvOutputs outputs, std::shared_ptr<EngineShelf> shelf,
+              std::string content, const FSOptions& options);
     ~MpvPlayer() override;
 
     void setIsLive(bool live) override { m_isLive = live; }
@@ -82,8 +86,16 @@ private:
 
     /// False when no answer will come.
     bool ask(Answer answer) const;
-    void startMpv(const FSOptions& options);
+    void startMpv();
+    /// Has what mpv tells taken on the main thread.
+    void listen();
     void load();
+    void loadFile(const std::string& address);
+    void applySettings();
+    /// The handle of before is still busy with what it played: this engine does not wait for it any longer.
+    void replaceHandle();
+    void releaseHandle();
+    void setPaused(bool paused);
     /// To m_seekTarget, which mpv is asked about first.
     void considerSeek();
     void seek();
@@ -98,6 +110,7 @@ private:
     void takeEvents();
     void handle(const mpv_event& event);
     void handleReply(Answer answer, const mpv_event& event);
+    void handleStart();
     void handleLoaded();
     void takeTimes(Answer answer, const double* seconds);
     void takePosition(double seconds);
@@ -125,9 +138,16 @@ private:
 
     NotificationCenter& m_center;
     const MpvOutputs m_outputs;
+    const std::shared_ptr<EngineShelf> m_shelf;
     const std::string m_content;
+    /// What mpv is started with.
+    const std::vector<MpvOption> m_options;
     /// Null after `shutdown`.
     std::shared_ptr<MpvHandle> m_handle;
+    /// Of the engine that had the handle before, until the item has it.
+    std::shared_ptr<VideoRenderer> m_formerRenderer;
+    /// Runs while the handle may still be closing what it played before.
+    QTimer m_closingTimeout;
     /// Made when first asked for: without a window there is none.
     std::unique_ptr<MpvVideoItem> m_item;
     std::atomic<bool> m_eventsAnnounced = false;
@@ -155,13 +175,17 @@ private:
     TrackList m_publishedTracks;
 
     bool m_wasPrepared = false;
+    bool m_mayBeClosing = false;
+    /// The handle is done with whatever it played before.
+    bool m_hasBegun = false;
+    bool m_paused = false;
     bool m_wasShutDown = false;
     bool m_drewFrame = false;
     bool m_toldFirstFrame = false;
     bool m_playbackBegan = false;
 
-    /// mpv waits there for `openOutput`.
-    std::optional<std::uint64_t> m_hook;
+    /// mpv waits in its hook for `openOutput`.
+    bool m_awaitsOutput = false;
     QTimer m_outputTimeout;
     bool m_rendererReady = false;
     bool m_drawsNothing = false;
@@ -171,6 +195,7 @@ private:
     float m_volume = 1;
     float m_rate = 1;
     float m_aspectRatio = 0;
+    FSScalingMode m_scalingMode = FSScalingMode::Fit;
 };
 
 } // namespace ondavia::engine

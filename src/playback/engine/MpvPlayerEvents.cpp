@@ -36,9 +36,9 @@ void MpvPlayer::takeEvents() {
     if (handle == nullptr) {
         return;
     }
-    for (const mpv_event* event = &handle->nextEvent(); event->event_id != MPV_EVENT_NONE;
-         event = &handle->nextEvent()) {
-        this->handle(*event);
+    for (mpv_event event = handle->nextEvent(); event.event_id != MPV_EVENT_NONE;
+         event = handle->nextEvent()) {
+        this->handle(event);
         if (m_handle == nullptr) {
             return;
         }
@@ -51,8 +51,14 @@ void MpvPlayer::handle(const mpv_event& event) {
     case MPV_EVENT_PROPERTY_CHANGE:
         applyProperty(m_state, event.reply_userdata, *static_cast<const mpv_event_property*>(event.data));
         break;
+    case MPV_EVENT_START_FILE:
+        handleStart();
+        break;
+    case MPV_EVENT_SEEK:
+        m_clock.expectJump();
+        break;
     case MPV_EVENT_HOOK:
-        m_hook = static_cast<const mpv_event_hook*>(event.data)->id;
+        m_awaitsOutput = true;
         // Before anything is read, which mpv would count as well.
         ask(Answer::DurationAtOpening);
         break;
@@ -60,6 +66,7 @@ void MpvPlayer::handle(const mpv_event& event) {
         handleLoaded();
         break;
     case MPV_EVENT_PLAYBACK_RESTART:
+        m_clock.expectJump();
         if (!m_playbackBegan) {
             // What was reported of the tracks may be older than their selection.
             ask(Answer::TracksAtBeginning);
@@ -162,6 +169,17 @@ bool MpvPlayer::isUnderWay(double seconds, PlaybackClock::Time now) const {
            (m_state.seeking || now - m_soughtAt < longestWay);
 }
 
+void MpvPlayer::handleStart() {
+    m_closingTimeout.stop();
+    if (m_item != nullptr) {
+        m_item->awaitPicture();
+    }
+    if (!std::exchange(m_hasBegun, true)) {
+        setPaused(m_paused);
+        observeProperties(*m_handle);
+    }
+}
+
 void MpvPlayer::handleLoaded() {
     if (m_stage != Stage::Opening) {
         return;
@@ -184,7 +202,7 @@ void MpvPlayer::handleEndOfFile(const mpv_event& event) {
     if (m_stage == Stage::Opening && m_stream != nullptr && m_stream->isPlaylist()) {
         m_playlistAnswer = m_stream->answer();
         m_stream.reset();
-        m_handle->command({"loadfile", m_content});
+        loadFile(m_content);
     } else if (end.reason == MPV_END_FILE_REASON_ERROR) {
         AppLogger::player.error("Playback failed: %{public}s", {mpv_error_string(end.error)});
         finish(FSFinishReason::PlaybackError);

@@ -1,6 +1,7 @@
 #include "playback/engine/MpvPlayerFactory.h"
 
 #include "playback/engine/EngineReaper.h"
+#include "playback/engine/EngineShelf.h"
 #include "playback/engine/FFmpegLog.h"
 #include "playback/engine/MpvPlayer.h"
 
@@ -29,9 +30,9 @@ FSPlayerFactory makeMpvPlayerFactory(NotificationCenter& center, MpvOutputs outp
     std::setlocale(LC_NUMERIC, "C");
     engine::takeOverFFmpegLog();
     waitAtEndOnce();
-    return [&center, outputs](const std::string& content,
-                              const FSOptions& options) -> std::shared_ptr<FSPlayer> {
-        return std::make_shared<engine::MpvPlayer>(center, outputs, content, options);
+    return [&center, outputs, shelf = std::make_shared<engine::EngineShelf>()](
+               const std::string& content, const FSOptions& options) -> std::shared_ptr<FSPlayer> {
+        return std::make_shared<engine::MpvPlayer>(center, outputs, shelf, content, options);
     };
 }
 

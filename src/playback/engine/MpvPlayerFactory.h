@@ -15,12 +15,14 @@ enum class MpvOutputs {
 };
 
 /// Makes engines on libmpv. Main thread, where the engines then live; `center` outlives them. Sets the
-/// numeric locale to "C", which libmpv insists on. The end of the application waits up to two seconds for
-/// engines that were shut down.
+/// numeric locale to "C", which libmpv insists on. What an engine that was shut down has besides its stream
+/// is kept for the next one of this factory, for half a minute. The end of the application waits up to two
+/// seconds for engines that were shut down.
 [[nodiscard]] FSPlayerFactory makeMpvPlayerFactory(NotificationCenter& center, MpvOutputs outputs);
 
-/// Waits until every engine that was shut down has let go of its connection and its threads; false when
-/// some had not within `timeout`. For programs and tests that end without an application object.
+/// Waits until every engine that was shut down, and is not kept for the next one, has let go of its
+/// connection and its threads; false when some had not within `timeout`. For programs and tests that end
+/// without an application object.
 bool waitForShutDownEngines(std::chrono::milliseconds timeout);
 
 } // namespace ondavia

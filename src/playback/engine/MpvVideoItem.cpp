@@ -107,19 +107,37 @@ MpvVideoItem::~MpvVideoItem() {
     detach();
 }
 
-void MpvVideoItem::attach(std::shared_ptr<MpvHandle> handle) {
+void MpvVideoItem::attach(std::shared_ptr<MpvHandle> handle, std::shared_ptr<VideoRenderer> renderer) {
     m_handle = std::move(handle);
-    startRenderer(nullptr);
+    if (renderer == nullptr) {
+        startRenderer(nullptr);
+        return;
+    }
+    m_renderer = std::move(renderer);
+    m_isUntried = true;
+    followRenderer();
 }
 
 void MpvVideoItem::detach() {
+    if (const auto renderer = release()) {
+        renderer->stop();
+    }
+}
+
+std::shared_ptr<VideoRenderer> MpvVideoItem::release() {
     if (m_renderer != nullptr) {
         disconnect(m_renderer.get(), nullptr, this, nullptr);
-        m_renderer->stop();
-        m_renderer.reset();
+        m_renderer->forgetPicture();
     }
     m_handle.reset();
     update();
+    return std::exchange(m_renderer, nullptr);
+}
+
+void MpvVideoItem::awaitPicture() {
+    if (m_renderer != nullptr) {
+        m_renderer->awaitPicture();
+    }
 }
 
 void MpvVideoItem::redraw() {
@@ -129,7 +147,12 @@ void MpvVideoItem::redraw() {
 }
 
 void MpvVideoItem::startRenderer(std::shared_ptr<VideoRenderer> predecessor) {
+    m_isUntried = false;
     m_renderer = VideoRenderer::startThread(m_handle, std::move(predecessor));
+    followRenderer();
+}
+
+void MpvVideoItem::followRenderer() {
     connect(m_renderer.get(), &VideoRenderer::ready, this, &MpvVideoItem::rendererReady);
     connect(m_renderer.get(), &VideoRenderer::frameReady, this, &QQuickItem::update);
     connect(m_renderer.get(), &VideoRenderer::firstFrameDrawn, this, &MpvVideoItem::firstFrameDrawn);
@@ -171,6 +194,9 @@ QSGNode* MpvVideoItem::updatePaintNode(QSGNode* old, UpdatePaintNodeData* /*data
         if (m_renderer->suits(context)) {
             m_renderer->setSize((size() * window()->effectiveDevicePixelRatio()).toSize());
             node->show(m_renderer->takeFrame(), window());
+            if (std::exchange(m_isUntried, false)) {
+                QMetaObject::invokeMethod(this, &MpvVideoItem::rendererReady, Qt::QueuedConnection);
+            }
         } else {
             node->clear();
             QMetaObject::invokeMethod(

@@ -22,10 +22,16 @@ public:
     explicit MpvVideoItem(QQuickItem* parent = nullptr);
     ~MpvVideoItem() override;
 
-    /// From now on the item shows this instance's picture, as soon as a scene graph shows the item.
-    void attach(std::shared_ptr<MpvHandle> handle);
+    /// From now on the item shows this instance's picture, as soon as a scene graph shows the item: with the
+    /// renderer that the instance has from an item of before, whose context stands, or with one of its own
+    /// for null.
+    void attach(std::shared_ptr<MpvHandle> handle, std::shared_ptr<VideoRenderer> renderer);
     /// Black again; the handle is released by the video thread.
     void detach();
+    /// Black again; the renderer, which goes on, is the caller's. Null before `attach`.
+    [[nodiscard]] std::shared_ptr<VideoRenderer> release();
+    /// The next new picture is the first one of a stream.
+    void awaitPicture();
     /// Has the present picture drawn anew.
     void redraw();
 
@@ -34,7 +40,7 @@ Q_SIGNALS:
     void rendererReady();
     /// What mpv draws on is about to go; another `rendererReady` follows once the item is shown again.
     void rendererLost();
-    /// Once: a picture of the stream was drawn.
+    /// Once a stream: a picture of it was drawn.
     void firstFrameDrawn();
 
 protected:
@@ -46,6 +52,7 @@ private:
     enum class Drawing { OpenGlIfPossible, Software };
 
     void startRenderer(std::shared_ptr<VideoRenderer> predecessor);
+    void followRenderer();
     void replaceRenderer(const std::shared_ptr<VideoRenderer>& unfit, Drawing drawing);
     void giveTarget(QOpenGLContext* sceneGraphContext);
 
@@ -54,6 +61,8 @@ private:
     /// Made on the main thread, as some platforms want, before the scene graph's thread needs it.
     std::shared_ptr<QOffscreenSurface> m_surface;
     Drawing m_drawing = Drawing::OpenGlIfPossible;
+    /// The renderer comes from elsewhere, and may not suit the scene graph that shows the item.
+    bool m_isUntried = false;
 };
 
 } // namespace ondavia::engine

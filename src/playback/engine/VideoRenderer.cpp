@@ -81,8 +81,30 @@ void VideoRenderer::redraw() {
     m_wakeup.notify_all();
 }
 
+void VideoRenderer::forgetPicture() {
+    const std::lock_guard lock(m_mutex);
+    m_held = true;
+    m_awaitsPicture = false;
+    m_untakenFrames = 0;
+    m_work.forget = true;
+    m_wakeup.notify_all();
+}
+
+void VideoRenderer::awaitPicture() {
+    const std::lock_guard lock(m_mutex);
+    m_awaitsPicture = true;
+}
+
+bool VideoRenderer::isReady() const {
+    const std::lock_guard lock(m_mutex);
+    return m_isReady;
+}
+
 VideoFrame VideoRenderer::takeFrame() {
     const std::lock_guard lock(m_mutex);
+    if (m_held) {
+        return {};
+    }
     if (std::exchange(m_untakenFrames, 0) >= framesBeforeNobodyLooks) {
         m_work.redraw = true;
         m_wakeup.notify_all();
@@ -111,6 +133,7 @@ void VideoRenderer::run() {
         {
             const std::lock_guard lock(m_mutex);
             lastFrame = std::exchange(m_latest, {});
+            m_isReady = false;
         }
         m_target->close(std::move(lastFrame));
     }
@@ -126,11 +149,13 @@ bool VideoRenderer::waitForTarget() {
 
 VideoRenderer::Work VideoRenderer::waitForWork() {
     std::unique_lock lock(m_mutex);
-    m_wakeup.wait(lock, [this] { return m_work.stop || m_work.mpvHasNews || m_work.redraw; });
+    m_wakeup.wait(lock,
+                  [this] { return m_work.stop || m_work.mpvHasNews || m_work.redraw || m_work.forget; });
     Work work = m_work;
     work.nobodyLooks = work.size.isEmpty() || m_untakenFrames >= framesBeforeNobodyLooks;
     m_work.mpvHasNews = false;
     m_work.redraw = false;
+    m_work.forget = false;
     return work;
 }
 
@@ -145,8 +170,15 @@ void VideoRenderer::drawUntilStopped() {
             self->m_wakeup.notify_all();
         },
         this);
+    {
+        const std::lock_guard lock(m_mutex);
+        m_isReady = true;
+    }
     Q_EMIT ready();
     for (Work work = waitForWork(); !work.stop; work = waitForWork()) {
+        if (work.forget) {
+            dropPicture();
+        }
         draw(work);
     }
     mpv_render_context_set_update_callback(context, nullptr, nullptr);
@@ -155,8 +187,8 @@ void VideoRenderer::drawUntilStopped() {
 void VideoRenderer::draw(const Work& work) {
     mpv_render_context* context = m_target->context();
     const bool hasNews = (mpv_render_context_update(context) & MPV_RENDER_UPDATE_FRAME) != 0;
-    const bool isFirst = hasNews && !m_sawFirstFrame && isNewPicture(context);
-    if (work.nobodyLooks) {
+    const bool isFirst = hasNews && isAwaited(context);
+    if (work.nobodyLooks || isHeld()) {
         if (hasNews) {
             passBy(context);
         }
@@ -164,9 +196,30 @@ void VideoRenderer::draw(const Work& work) {
         publish(m_target->render(work.size));
     }
     if (isFirst) {
-        m_sawFirstFrame = true;
         Q_EMIT firstFrameDrawn();
     }
+}
+
+bool VideoRenderer::isAwaited(mpv_render_context* context) {
+    const bool isNew = isNewPicture(context);
+    const std::lock_guard lock(m_mutex);
+    if (!isNew || !m_awaitsPicture) {
+        return false;
+    }
+    m_awaitsPicture = false;
+    m_held = false;
+    return true;
+}
+
+bool VideoRenderer::isHeld() const {
+    const std::lock_guard lock(m_mutex);
+    return m_held;
+}
+
+void VideoRenderer::dropPicture() {
+    VideoFrame last;
+    const std::lock_guard lock(m_mutex);
+    last = std::exchange(m_latest, {nullptr, {}, m_latest.number});
 }
 
 void VideoRenderer::publish(VideoFrame frame) {

@@ -17,7 +17,8 @@ class MpvHandle;
 /// graph ever waits for mpv.
 ///
 /// Without anybody who takes pictures (a hidden window, an item in no window) it lets mpv pass them by,
-/// and draws again as soon as one is taken. Idle while nothing changes.
+/// and draws again as soon as one is taken. Idle while nothing changes. It goes from one engine to the next
+/// together with the handle, and with all that it has compiled by then.
 class VideoRenderer final : public QThread {
     Q_OBJECT
 
@@ -37,6 +38,12 @@ public:
     /// In pixels; empty when there is nothing to show pictures on. Any thread, as all that follows.
     void setSize(QSize size);
     void redraw();
+    /// There is no picture any more, and none comes, until one of what `awaitPicture` announces was drawn.
+    void forgetPicture();
+    /// The next new picture is the first one of a stream. To be called before mpv can have any of it.
+    void awaitPicture();
+    /// Whether the render context stands.
+    [[nodiscard]] bool isReady() const;
     /// The last picture; its number is 0 while there is none.
     [[nodiscard]] VideoFrame takeFrame();
     /// Ends the thread soon and releases the handle there. Any picture that was taken stays valid.
@@ -48,7 +55,7 @@ Q_SIGNALS:
     /// There is none, and the thread ends.
     void failed();
     void frameReady();
-    /// Once: a picture of the stream was drawn.
+    /// Once a stream: a picture of it was drawn.
     void firstFrameDrawn();
 
 protected:
@@ -61,6 +68,7 @@ private:
         bool stop = false;
         bool mpvHasNews = false;
         bool redraw = false;
+        bool forget = false;
         QSize size;
         bool nobodyLooks = false;
     };
@@ -69,13 +77,17 @@ private:
     [[nodiscard]] Work waitForWork();
     void drawUntilStopped();
     void draw(const Work& work);
+    /// Whether this is the picture that is waited for.
+    bool isAwaited(mpv_render_context* context);
+    [[nodiscard]] bool isHeld() const;
     void publish(VideoFrame frame);
+    /// Where textures can be let go of.
+    void dropPicture();
 
     std::shared_ptr<MpvHandle> m_handle;
     std::shared_ptr<VideoRenderer> m_predecessor;
     /// Keeps the object until `run` is through.
     std::shared_ptr<VideoRenderer> m_self;
-    bool m_sawFirstFrame = false;
 
     mutable std::mutex m_mutex;
     std::condition_variable m_wakeup;
@@ -83,6 +95,10 @@ private:
     Work m_work;
     VideoFrame m_latest;
     int m_untakenFrames = 0;
+    bool m_isReady = false;
+    /// Nothing is shown before the picture that is waited for.
+    bool m_held = false;
+    bool m_awaitsPicture = true;
 };
 
 } // namespace ondavia::engine
