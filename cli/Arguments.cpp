@@ -81,6 +81,12 @@ void addId(CLI::App& command, Arguments& arguments, const char* explanation) {
     command.add_option("ID", arguments.id, explanation)->required();
 }
 
+void addDuration(CLI::App& command, Arguments& arguments, const char* explanation) {
+    command.add_option("--for", arguments.playFor, explanation)
+        ->check(CLI::PositiveNumber)
+        ->capture_default_str();
+}
+
 void describeAccount(CLI::App& app, Arguments& arguments) {
     auto* in = describe(app, arguments, &signIn, "signin",
                         "Check an account and keep it. The password is read from standard input: one line, "
@@ -119,9 +125,13 @@ void describeMedia(CLI::App& app, Arguments& arguments, RawArguments& raw) {
     addId(*play, arguments, "id of an item or an episode");
     play->add_option("--from", arguments.playFrom, "start so many seconds into the item")
         ->check(CLI::NonNegativeNumber);
-    play->add_option("--for", arguments.playFor, "end after so many seconds")
-        ->check(CLI::PositiveNumber)
-        ->capture_default_str();
+    addDuration(*play, arguments, "end after so many seconds");
+    auto* zap =
+        describe(app, arguments, &zapThrough, "zap",
+                 "Play items one after another without picture and sound, and tell how long each takes "
+                 "to its first frame");
+    zap->add_option("ID", arguments.ids, "ids of items or episodes")->required();
+    addDuration(*zap, arguments, "stay with each for so many seconds");
     addId(*describe(app, arguments, &showTracks, "tracks",
                     "Open an item, and list its sound and its subtitles by the names that the application "
                     "gives them"),

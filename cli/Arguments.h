@@ -6,6 +6,7 @@
 #include <cstdint>
 #include <optional>
 #include <string>
+#include <vector>
 
 namespace ondavia::cli {
 
@@ -29,6 +30,7 @@ struct Arguments final {
     std::optional<std::string> category;
     std::optional<std::int64_t> limit;
     std::string id;
+    std::vector<std::string> ids;
     std::string file;
     std::optional<Catchup> catchup;
     /// A moment of the day in the device's time zone.

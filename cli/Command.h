@@ -47,6 +47,7 @@ QCoro::Task<void> showItem(CommandContext context);
 QCoro::Task<void> showSeries(CommandContext context);
 QCoro::Task<void> printURL(CommandContext context);
 QCoro::Task<void> playItem(CommandContext context);
+QCoro::Task<void> zapThrough(CommandContext context);
 QCoro::Task<void> showTracks(CommandContext context);
 QCoro::Task<void> parseSubtitles(CommandContext context);
 QCoro::Task<void> findSubtitles(CommandContext context);

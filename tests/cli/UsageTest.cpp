@@ -19,6 +19,8 @@ TEST(Usage, WhatMakesNoCommandEndsWithTwoAndSaysWhy) {
                              "url main_1 --catchup 2026-03-01T21:05 long",
                              "play main_1 --for 0",
                              "play main_1 --from -1",
+                             "zap",
+                             "zap main_1 main_2 --for 0",
                              "favorites toggle",
                              "favorites nonsense",
                              "history remove",
@@ -63,7 +65,7 @@ TEST(Usage, HelpNamesEveryCommand) {
     EXPECT_EQ(result.status, 0);
     for (const char* command :
          {"signin", "signout", "account", "sync", "categories", "list", "show", "series", "url", "play",
-          "tracks", "subtitles", "favorites", "history", "guide", "doctor"}) {
+         "zap", "tracks", "subtitles", "favorites", "history", "guide", "doctor"}) {
         EXPECT_NE(result.output.find(std::string("\n  ") + command + " "), std::string::npos) << command;
     }
 }
