@@ -32,7 +32,8 @@ FSOptions applicationOptions() {
 std::vector<MpvOption> allOptions(const std::string& url) {
     std::vector<MpvOption> all = engine::baseOptions();
     const std::vector<MpvOption> outputs{{"vo", "libmpv"}, {"ao", "pulse,alsa"}, {"gpu-hwdec-interop", "no"}};
-    for (const auto& more : {engine::accessOptions(url), outputs, engine::translated(applicationOptions())}) {
+    for (const auto& more : {engine::trackOptions(), engine::accessOptions(url), outputs,
+                             engine::translated(applicationOptions())}) {
         all.insert(all.end(), more.begin(), more.end());
     }
     return all;
@@ -41,9 +42,9 @@ std::vector<MpvOption> allOptions(const std::string& url) {
 /// One mpv with its render context. Scene graph's thread, but for the constructor.
 class BareMpv final {
 public:
-    BareMpv(std::string url, FirstFrame& firstFrame, QQuickItem& item)
+    BareMpv(std::string url, BareSigns& signs, QQuickItem& item)
         : m_url(std::move(url))
-        , m_firstFrame(firstFrame)
+        , m_signs(signs)
         , m_item(item)
         , m_handle(mpv_create()) {
         for (const auto& [name, value] : allOptions(m_url)) {
@@ -52,12 +53,14 @@ public:
         if (m_handle == nullptr || mpv_initialize(m_handle) < 0) {
             throw std::runtime_error("mpv cannot be had");
         }
+        ++m_signs.running;
     }
     ~BareMpv() {
         if (m_context != nullptr) {
             mpv_render_context_free(m_context);
         }
         mpv_terminate_destroy(m_handle);
+        --m_signs.running;
     }
     BareMpv(const BareMpv&) = delete;
     BareMpv& operator=(const BareMpv&) = delete;
@@ -83,14 +86,14 @@ public:
         const bool hasNews = (mpv_render_context_update(m_context) & MPV_RENDER_UPDATE_FRAME) != 0;
         mpv_render_context_get_info(m_context, {MPV_RENDER_PARAM_NEXT_FRAME_INFO, &info});
         mpv_render_context_render(m_context, parameters);
-        if (hasNews && (info.flags & MPV_RENDER_FRAME_INFO_PRESENT) != 0 && m_firstFrame == 0) {
-            m_firstFrame = std::chrono::steady_clock::now().time_since_epoch().count();
+        if (hasNews && (info.flags & MPV_RENDER_FRAME_INFO_PRESENT) != 0 && m_signs.firstFrame == 0) {
+            m_signs.firstFrame = std::chrono::steady_clock::now().time_since_epoch().count();
         }
     }
 
 private:
     std::string m_url;
-    FirstFrame& m_firstFrame;
+    BareSigns& m_signs;
     QQuickItem& m_item;
     mpv_handle* m_handle;
     mpv_render_context* m_context = nullptr;
@@ -129,8 +132,8 @@ private:
 
 class OpenGlItem final : public QQuickFramebufferObject {
 public:
-    OpenGlItem(const std::string& url, FirstFrame& firstFrame)
-        : m_mpv(std::make_shared<BareMpv>(url, firstFrame, *this)) {}
+    OpenGlItem(const std::string& url, BareSigns& signs)
+        : m_mpv(std::make_shared<BareMpv>(url, signs, *this)) {}
     [[nodiscard]] Renderer* createRenderer() const override {
         return new OpenGlRenderer(std::exchange(m_mpv, nullptr));
     }
@@ -142,8 +145,8 @@ private:
 
 class SoftwareItem final : public QQuickItem {
 public:
-    SoftwareItem(const std::string& url, FirstFrame& firstFrame)
-        : m_mpv(url, firstFrame, *this) {
+    SoftwareItem(const std::string& url, BareSigns& signs)
+        : m_mpv(url, signs, *this) {
         setFlag(ItemHasContents);
     }
 
@@ -175,13 +178,12 @@ private:
 
 } // namespace
 
-std::unique_ptr<QQuickItem> makeBareVideo(QQuickWindow& window, const std::string& url,
-                                          FirstFrame& firstFrame) {
+std::unique_ptr<QQuickItem> makeBareVideo(QQuickWindow& window, const std::string& url, BareSigns& signs) {
     std::unique_ptr<QQuickItem> item;
     if (window.rendererInterface()->graphicsApi() == QSGRendererInterface::Software) {
-        item = std::make_unique<SoftwareItem>(url, firstFrame);
+        item = std::make_unique<SoftwareItem>(url, signs);
     } else {
-        item = std::make_unique<OpenGlItem>(url, firstFrame);
+        item = std::make_unique<OpenGlItem>(url, signs);
     }
     item->setParentItem(window.contentItem());
     item->setSize(window.size());

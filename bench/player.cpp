@@ -1,16 +1,11 @@
 #include "support/BenchSupport.h"
 
-#include "BareVideo.h"
+#include "PlayerSides.h"
 #include "app/MainWindow.h"
-#include "app/Services.h"
-#include "platform/linux/GraphicsDriver.h"
-#include "playback/FSPlayerUIView.h"
 
-#include <QDeadlineTimer>
 #include <QFile>
 #include <QGuiApplication>
 #include <QProcess>
-#include <QQuickWindow>
 #include <QTemporaryDir>
 
 #include <httplib.h>
@@ -19,7 +14,6 @@
 #include <algorithm>
 #include <clocale>
 #include <cstdio>
-#include <filesystem>
 #include <map>
 #include <stdexcept>
 #include <thread>
@@ -27,30 +21,9 @@
 namespace ondavia::bench {
 namespace {
 
-using Clock = std::chrono::steady_clock;
-
-constexpr QSize windowSize(1280, 800);
 constexpr double warmUpSeconds = 8;
 constexpr double measuredSeconds = 10;
 constexpr int startsAndStops = 1000;
-
-/// Runs the event loop until `condition` holds. Raises std::runtime_error when it does not.
-void await(const std::function<bool()>& condition, std::chrono::seconds patience = std::chrono::seconds(60)) {
-    // Events come all the time while a film plays; a paused loop is woken by this.
-    QTimer pulse;
-    pulse.start(1);
-    for (const QDeadlineTimer deadline(patience); !condition();) {
-        if (deadline.hasExpired()) {
-            throw std::runtime_error("the film does not play");
-        }
-        QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
-    }
-}
-
-void play(double seconds) {
-    const QDeadlineTimer end(std::chrono::milliseconds(static_cast<int>(seconds * 1000)));
-    await([&end] { return end.hasExpired(); });
-}
 
 double processorSeconds() {
     rusage usage{};
@@ -63,96 +36,28 @@ double processorSeconds() {
 
 /// Processor time for each second of a film that plays already.
 double processorWhilePlaying() {
-    play(warmUpSeconds);
+    runLoop(warmUpSeconds);
     const double before = processorSeconds();
     const auto start = Clock::now();
-    play(measuredSeconds);
+    runLoop(measuredSeconds);
     return (processorSeconds() - before) / std::chrono::duration<double>(Clock::now() - start).count();
 }
 
 Channel film(const QString& url) {
-    Channel channel;
-    channel.id = "main_1";
-    channel.name = "Film";
-    channel.type = "movie";
-    channel.url = url.toStdString();
-    return channel;
+    return itemAt(url, "movie");
 }
-
-/// A window with nothing in it but a film.
-class PlainWindow final {
-public:
-    PlainWindow() {
-        m_window.setColor(Qt::black);
-        m_window.resize(windowSize);
-        m_window.show();
-        await([this] { return m_window.isExposed(); });
-    }
-    [[nodiscard]] QQuickWindow& window() { return m_window; }
-
-private:
-    QQuickWindow m_window;
-};
-
-/// The player manager and its host, as the screens have them, in a plain window.
-class OurPlayer final {
-public:
-    OurPlayer() {
-        m_host.setManager(&m_services.playerManager);
-        m_host.setParentItem(m_window.window().contentItem());
-        m_host.setSize(windowSize);
-        QObject::connect(&m_services.playerManager, &PlayerManager::isBufferingChanged, &m_host, [this] {
-            if (!m_services.playerManager.isBuffering() && m_services.playerManager.player()) {
-                m_firstFrame = Clock::now();
-            }
-        });
-    }
-    /// Seconds to the first frame.
-    double start(const QString& url) {
-        m_firstFrame = {};
-        const auto begin = Clock::now();
-        m_services.playerManager.play(film(url), 0);
-        await([this] { return m_firstFrame != Clock::time_point(); });
-        return std::chrono::duration<double>(m_firstFrame - begin).count();
-    }
-    void stop() { m_services.playerManager.stop(); }
-
-private:
-    Services m_services{MpvOutputs::Window};
-    PlainWindow m_window;
-    FSPlayerUIView m_host;
-    Clock::time_point m_firstFrame;
-};
-
-class BarePlayer final {
-public:
-    double start(const QString& url) {
-        m_firstFrame = 0;
-        const auto begin = Clock::now();
-        m_item = makeBareVideo(m_window.window(), url.toStdString(), m_firstFrame);
-        await([this] { return m_firstFrame != 0; });
-        return std::chrono::duration<double>(Clock::duration(m_firstFrame) - begin.time_since_epoch())
-            .count();
-    }
-    void stop() { m_item.reset(); }
-
-private:
-    FirstFrame m_firstFrame = 0;
-    PlainWindow m_window;
-    std::unique_ptr<QQuickItem> m_item;
-};
 
 /// The middle one of several starts in a process that has played before.
 template<class Player> double startTime(const QString& url) {
     constexpr int starts = 9;
     Player player;
-    player.start(url);
+    player.start(film(url));
     std::vector<double> seconds;
     for (int number = 0; number < starts; ++number) {
         player.stop();
         // What the one before leaves behind is not this one's.
-        play(0.5);
-        seconds.push_back(player.start(url));
+        runLoop(0.5);
+        seconds.push_back(player.start(film(url)));
     }
     std::ranges::sort(seconds);
     return seconds.at(starts / 2);
@@ -172,32 +77,13 @@ double ourProcessor(const QString& url) {
 
 double bareProcessor(const QString& url) {
     BarePlayer player;
-    player.start(url);
+    player.start(film(url));
     return processorWhilePlaying();
 }
 
-struct Holdings final {
-    std::ptrdiff_t threads = 0;
-    std::ptrdiff_t descriptors = 0;
-    double memory = 0;
-
-    static Holdings now() {
-        const auto count = [](const char* folder) {
-            return std::distance(std::filesystem::directory_iterator(folder),
-                                 std::filesystem::directory_iterator());
-        };
-        return {count("/proc/self/task"), count("/proc/self/fd"), residentMemory()};
-    }
-    void print(int after) const {
-        std::printf("  after %4d  %3td threads  %3td descriptors  %6.1f MiB\n", after, threads, descriptors,
-                    memory);
-        std::fflush(stdout);
-    }
-};
-
 /// Engines end in their own time.
 Holdings afterRest() {
-    play(5);
+    runLoop(5);
     return Holdings::now();
 }
 
@@ -205,7 +91,7 @@ void runManyStarts(const QString& url) {
     std::printf("%d starts and stops in a row\n", startsAndStops);
     OurPlayer player;
     for (int number = 1; number <= startsAndStops; ++number) {
-        player.start(url);
+        player.start(film(url));
         player.stop();
         if (number == 10 || number == startsAndStops) {
             afterRest().print(number);
@@ -287,15 +173,6 @@ int runComparison() {
         .print("processor seconds for a second of 1080p, the application against mpv in a "
                "plain window (best of 3)");
     return QProcess::execute(QCoreApplication::applicationFilePath(), {QStringLiteral("many"), server.url()});
-}
-
-/// As the application does.
-void drawAsTheApplication() {
-    readGraphicsDriver(QGuiApplication::platformName().toStdString());
-    if (!qEnvironmentVariableIsSet("QT_QUICK_BACKEND") && !qEnvironmentVariableIsSet("QSG_RHI_BACKEND")) {
-        QQuickWindow::setGraphicsApi(isOpenGlSoftware() ? QSGRendererInterface::Software
-                                                        : QSGRendererInterface::OpenGL);
-    }
 }
 
 } // namespace

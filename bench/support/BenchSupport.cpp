@@ -79,7 +79,7 @@ Measurement measure(const std::function<void()>& work) {
             stall.longestMilliseconds()};
 }
 
-Measurement runChild(const QStringList& arguments) {
+std::vector<double> runChildForFigures(const QStringList& arguments) {
     QProcess child;
     child.setProcessChannelMode(QProcess::ForwardedErrorChannel);
     QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
@@ -95,6 +95,11 @@ Measurement runChild(const QStringList& arguments) {
         throw std::runtime_error("a side of the comparison failed");
     }
     return {figures[0].toDouble(), figures[1].toDouble(), figures[2].toDouble()};
+}
+
+Measurement runChild(const QStringList& arguments) {
+    const auto figures = runChildForFigures(arguments);
+    return {figures[0], figures[1], figures[2]};
 }
 
 void printForParent(const Measurement& measurement) {

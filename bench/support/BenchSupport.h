@@ -9,6 +9,7 @@
 #include <cstdint>
 #include <functional>
 #include <string>
+#include <vector>
 
 namespace ondavia::bench {
 
@@ -52,9 +53,11 @@ private:
 /// Runs `work` and measures it. Memory is measured from a reset of the process's high-water mark.
 Measurement measure(const std::function<void()>& work);
 
-/// Runs this program again with `arguments` and reads the measurement that it prints by `printForParent`:
-/// each side has a process of its own, so that neither inherits the other's memory. Raises
-/// std::runtime_error when the child fails.
+/// Runs this program again with `arguments` and reads the three numbers that it prints: each side has a
+/// process of its own, so that neither inherits the other's memory. Raises std::runtime_error when the child
+/// fails.
+std::vector<double> runChildForFigures(const QStringList& arguments);
+/// The same for the measurement that is printed by `printForParent`.
 Measurement runChild(const QStringList& arguments);
 void printForParent(const Measurement& measurement);
 /// When `runChild` started this process. Raises std::runtime_error when it did not.
