@@ -1,6 +1,7 @@
 #include "playback/engine/SubtitleFile.h"
 
 #include "base/AppLogger.h"
+#include "platform/linux/CurlMediaStream.h"
 #include "platform/linux/CurlTransfer.h"
 
 #include <algorithm>
