@@ -65,7 +65,7 @@ TEST(Usage, HelpNamesEveryCommand) {
     EXPECT_EQ(result.status, 0);
     for (const char* command :
          {"signin", "signout", "account", "sync", "categories", "list", "show", "series", "url", "play",
-         "zap", "tracks", "subtitles", "favorites", "history", "guide", "doctor"}) {
+          "zap", "tracks", "subtitles", "favorites", "history", "guide", "doctor"}) {
         EXPECT_NE(result.output.find(std::string("\n  ") + command + " "), std::string::npos) << command;
     }
 }
