@@ -14,6 +14,7 @@
 
 #include <cerrno>
 #include <cstring>
+#include <exception>
 #include <fstream>
 #include <memory>
 
@@ -31,8 +32,7 @@ Record recordOfTrack(const OndaviaMediaTrack& track) {
             {"streamIndex", toValue(isAudio ? track.audioStreamIndex : track.subtitleStreamIndex)}};
 }
 
-/// All that the application would load of such a file. Raises CommandError. On the pool: a pipe may never
-/// end.
+/// All that the application would load of such a file. Raises CommandError.
 std::string bytesOf(const std::string& path) {
     constexpr std::size_t limit = SubtitleLoader::maximumLoad;
     std::string bytes;
@@ -84,9 +84,22 @@ QCoro::Task<void> showTracks(CommandContext context) {
 
 QCoro::Task<void> parseSubtitles(CommandContext context) {
     const std::string& path = context.arguments.file;
-    const QFuture<std::vector<SubtitleCue>> parsing =
-        QtConcurrent::run([path] { return SRTParser::parse(decodeSubtitleText(bytesOf(path))); });
-    const std::vector<SubtitleCue> cues = co_await parsing;
+    std::string bytes;
+    // Qt's future would take its name from it.
+    std::exception_ptr failure;
+    // A pipe may never end, and an interruption is heard on this thread.
+    const QFuture<void> reading = QtConcurrent::run([&] {
+        try {
+            bytes = bytesOf(path);
+        } catch (const CommandError&) {
+            failure = std::current_exception();
+        }
+    });
+    co_await reading;
+    if (failure) {
+        std::rethrow_exception(failure);
+    }
+    const auto cues = SRTParser::parse(decodeSubtitleText(std::move(bytes)));
     if (cues.empty()) {
         throw CommandError("no subtitles can be read out of " + path);
     }
