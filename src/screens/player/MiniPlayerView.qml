@@ -14,9 +14,8 @@ Item {
         view.isPlaced = true
     }
     Component.onCompleted: view.place()
-    // Once for both.
-    onWidthChanged: if (view.isPlaced) Qt.callLater(view.place)
-    onHeightChanged: if (view.isPlaced) Qt.callLater(view.place)
+    onWidthChanged: if (view.isPlaced) view.place()
+    onHeightChanged: if (view.isPlaced) view.place()
 
     FocusScope {
         id: mini
