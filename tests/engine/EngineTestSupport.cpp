@@ -211,6 +211,8 @@ Engine::Engine(std::shared_ptr<EngineRoom> room, const std::string& url)
 
 Engine::~Engine() {
     m_player->shutdown();
+    // The next engine may stand at the same address.
+    m_room->center.removeObserver(this, m_player.get());
 }
 
 void Engine::observe(const char* name, std::function<std::string(const Notification&)> describe) {
