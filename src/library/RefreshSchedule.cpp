@@ -12,7 +12,11 @@ constexpr Date distantPast{std::chrono::seconds(-62135769600)};
 
 bool RefreshSchedule::isDue(const UserDefaults& defaults, Date now) const {
     const double stored = defaults.doubleForKey(intervalKey);
-    const std::chrono::duration<double> interval(stored > 0 ? stored : defaultInterval);
+    return hasPassed(stored > 0 ? stored : defaultInterval, defaults, now);
+}
+
+bool RefreshSchedule::hasPassed(double seconds, const UserDefaults& defaults, Date now) const {
+    const std::chrono::duration<double> interval(seconds);
     return now - defaults.dateForKey(lastKey).value_or(distantPast) > interval;
 }
 

@@ -17,6 +17,8 @@ struct RefreshSchedule final {
 
     /// Whether more than the interval has passed. What never went well is due.
     [[nodiscard]] bool isDue(const UserDefaults& defaults, Date now) const;
+    /// Whether more than `seconds` have passed, whatever interval is set.
+    [[nodiscard]] bool hasPassed(double seconds, const UserDefaults& defaults, Date now) const;
 };
 
 inline constexpr RefreshSchedule catalogueSchedule{"ondavia_last_sync", "ondavia_sync_interval"};

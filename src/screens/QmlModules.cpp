@@ -9,6 +9,7 @@
     DO(Guide, guide_panel)                                                                                   \
     DO(Home, home)                                                                                           \
     DO(Live, live)                                                                                           \
+    DO(LivePlayer, live_player)                                                                              \
     DO(Movies, movies)                                                                                       \
     DO(Player, player)                                                                                       \
     DO(Series, series)                                                                                       \

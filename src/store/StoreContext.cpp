@@ -174,7 +174,13 @@ void StoreContext::deleteFilesOf(const std::vector<Change>& changes) {
 /// No save may be open any more: who hears of a change may have replaced files closed.
 void StoreContext::finish(const std::vector<Change>& changes, const Outcome& outcome) {
     keep(changes, outcome);
-    m_store.announce(outcome.changed);
+    std::vector<EntityKind> told = outcome.changed;
+    std::erase_if(told, [&changes](EntityKind kind) {
+        return std::ranges::none_of(changes, [kind](const Change& change) {
+            return change.kind == kind && change.telling == Telling::Yes;
+        });
+    });
+    m_store.announce(told);
     backUp(changes, outcome);
     if (outcome.failure) {
         std::rethrow_exception(outcome.failure);

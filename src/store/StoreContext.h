@@ -145,6 +145,18 @@ public:
         enqueue<T>([row = std::move(row)](Connection& connection) { insertRow(connection, row); });
     }
 
+    /// Writes one member of the row of this id at the next save, if there is one then. Nobody is told that
+    /// the kind changed: for what no list on show goes by.
+    template<Entity T, class Member>
+    void note(const std::string& id, Member T::*member, typename PlainMember<Member>::type value) {
+        SqlText text{"UPDATE " + std::string(EntityTraits<T>::table) + " SET " +
+                         quotedName(columnName(member)) + " = ? WHERE id = ?",
+                     {toQueryValue(value), id}};
+        enqueue({EntityTraits<T>::kind, EntityTraits<T>::file, false,
+                 [text = std::move(text)](Connection& connection) { execute(connection, text); },
+                 Telling::No});
+    }
+
     /// Deletes the row of this id at the next save, if there is one then.
     template<Entity T> void remove(std::string id) { remove(field(&T::id) == id); }
 
@@ -174,6 +186,8 @@ public:
     void closeReplacedFiles();
 
 private:
+    enum class Telling { No, Yes };
+
     /// One buffered change.
     struct Change final {
         EntityKind kind;
@@ -181,6 +195,7 @@ private:
         /// Whether the change leaves no row of the kind.
         bool removesAll;
         std::function<void(Connection&)> apply;
+        Telling telling = Telling::Yes;
         OnFailure onFailure = OnFailure::Drop;
 
         /// A downloaded kind is alone in its file.

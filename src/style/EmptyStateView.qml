@@ -8,6 +8,8 @@ Item {
     property string icon
     property string title
     property string message
+    /// There is room for words only.
+    property bool isLow: false
     default property alias actions: actionColumn.data
 
     Column {
@@ -16,6 +18,7 @@ Item {
         spacing: Theme.unit * 3
 
         Rectangle {
+            visible: !view.isLow
             anchors.horizontalCenter: parent.horizontalCenter
             width: 96
             height: 96
@@ -30,7 +33,7 @@ Item {
                 color: Theme.accent
             }
         }
-        Item { width: 1; height: Theme.unit }
+        Item { visible: !view.isLow; width: 1; height: Theme.unit }
         Label {
             width: parent.width
             text: view.title
@@ -52,7 +55,7 @@ Item {
         Column {
             id: actionColumn
             anchors.horizontalCenter: parent.horizontalCenter
-            topPadding: Theme.unit * 3
+            topPadding: view.isLow ? 0 : Theme.unit * 3
         }
     }
 }

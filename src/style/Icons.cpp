@@ -17,6 +17,7 @@ constexpr std::array icons{
     IconEntry{"arrow.down.right.and.arrow.up.left", u'\ue5d1'},
     IconEntry{"arrow.up.left.and.arrow.down.right", u'\ue5d0'},
     IconEntry{"calendar", u'\ue935'},
+    IconEntry{"backward.end.fill", u'\ue045'},
     IconEntry{"checkmark", u'\ue5ca'},
     IconEntry{"checkmark.circle.fill", u'\ue86c'},
     IconEntry{"chevron.down", u'\ue5cf'},

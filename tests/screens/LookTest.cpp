@@ -1,4 +1,5 @@
 #include "ScreensWindow.h"
+#include "screens/player/PlayerViewModel.h"
 
 #include <QQmlComponent>
 #include <QQmlEngine>
@@ -77,7 +78,9 @@ protected:
         channel.episodeTitle = "A noite em que o farol se apagou e ninguém deu por nada";
         return channel;
     }
-    [[nodiscard]] PlayerViewModel& player() { return *models->player()->player(); }
+    [[nodiscard]] PlayerViewModel& player() {
+        return dynamic_cast<PlayerViewModel&>(*models->player()->player());
+    }
     void shootState(const std::string& state) { shoot("player-" + state + "-" + std::get<1>(GetParam())); }
     void shootSections() {
         const auto engine = lastEngine.lock();

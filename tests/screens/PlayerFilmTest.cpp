@@ -13,6 +13,7 @@
 #include "screens/player/MiniPlayerViewModel.h"
 #include "screens/player/PlayerPresentation.h"
 #include "screens/player/PlayerSurface.h"
+#include "screens/player/PlayerViewModel.h"
 #include "state/AppState.h"
 #include "state/KeychainQueue.h"
 #include "state/KeychainService.h"
@@ -80,7 +81,7 @@ protected:
         return store->mainContext().fetchFirst<WatchHistory>(
             {.where = field(&WatchHistory::channelId) == channelId});
     }
-    [[nodiscard]] PlayerViewModel& player() { return *presentation.player(); }
+    [[nodiscard]] PlayerViewModel& player() { return dynamic_cast<PlayerViewModel&>(*presentation.player()); }
 
     static inline std::unique_ptr<TemporaryFolder> clipFolder;
 
@@ -105,8 +106,10 @@ protected:
     AppState appState{keychainQueue, manager, makeCurlURLSession};
     QQuickWindow window;
     PlayerSurface surface;
+    PlayerScreenServices services{appState, store->mainContext(), manager, *scheduler, audio, volume,
+                                  backlight};
     PlayerPresentation presentation{
-        {appState, store->mainContext(), manager, *scheduler, audio, volume, backlight}};
+        appState, [this](const Channel& item) { return std::make_unique<PlayerViewModel>(services, item); }};
 };
 
 TEST_F(PlayerFilmTest, ResumesAfterTheFirstFrameSeeksAndRecordsWhatWasSeenToItsEnd) {

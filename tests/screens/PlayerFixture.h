@@ -1,8 +1,8 @@
 #pragma once
 
 #include "ScreensFixture.h"
-#include "screens/player/OrientationLock.h"
 #include "screens/player/PlayerPresentation.h"
+#include "screens/player/PlayerViewModel.h"
 
 #include <gmock/gmock.h>
 
@@ -17,7 +17,7 @@ protected:
     }
 
     [[nodiscard]] long count(const std::string& line) const { return std::ranges::count(journal, line); }
-    [[nodiscard]] PlayerViewModel& player() { return *presentation.player(); }
+    [[nodiscard]] PlayerViewModel& player() { return dynamic_cast<PlayerViewModel&>(*presentation.player()); }
     [[nodiscard]] FakePlayer& engine() const { return *lastEngine.lock(); }
 
     [[nodiscard]] static Channel film(std::int64_t number = 1) {
@@ -74,14 +74,10 @@ protected:
         store->mainContext().save();
     }
 
-    /// Goes after the presentation, which leaves its own orientation.
-    struct AllOrientationsAgain final {
-        ~AllOrientationsAgain() {
-            OrientationLock::set({Qt::PortraitOrientation, Qt::InvertedPortraitOrientation,
-                                  Qt::LandscapeOrientation, Qt::InvertedLandscapeOrientation});
-        }
-    } orientations;
-    PlayerPresentation presentation{playerServices()};
+    AllOrientationsAgain orientations;
+    PlayerPresentation presentation{appState, [this](const Channel& item) {
+                                        return std::make_unique<PlayerViewModel>(playerServices(), item);
+                                    }};
 };
 
 } // namespace ondavia::testing

@@ -321,17 +321,6 @@ TEST_F(TapsTest, TapsFarFromEachOtherAreTwoSingleOnes) {
     EXPECT_TRUE(player().controls()->showControls()) << "away and back";
 }
 
-TEST_F(TapsTest, ADoubleTapOnALiveChannelSeeksNothing) {
-    player().close();
-    drainEvents();
-    play(title(5, "live", "Notícias", "Canal 5"));
-    reach(100, 1000);
-    tap(390);
-    tap(390);
-    EXPECT_EQ(playerManager.currentTime(), 100);
-    EXPECT_EQ(player().skips()->seekDirection(), QString());
-}
-
 class KeysTest : public PlayerFixture {
 protected:
     bool press(int key, bool again = false) { return player().keys()->press(key, again); }
@@ -394,15 +383,6 @@ TEST_F(KeysTest, StepToTheNextEpisodeWhereThereIsOne) {
     playSeries();
     press(Qt::Key_N);
     EXPECT_EQ(appState.currentEpisodeIndex(), 1);
-}
-
-TEST_F(KeysTest, SkipNothingOnALiveChannel) {
-    play(title(5, "live", "Notícias", "Canal 5"));
-    reach(100, 1000);
-    press(Qt::Key_Right);
-    press(Qt::Key_Left);
-    EXPECT_EQ(playerManager.currentTime(), 100);
-    EXPECT_EQ(player().skips()->seekDirection(), QString());
 }
 
 TEST_F(KeysTest, AreListedEachWithItsAction) {

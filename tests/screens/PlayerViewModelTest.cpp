@@ -105,18 +105,6 @@ TEST_F(PlayerViewModelTest, LeavingWithoutAKnownLengthRecordsNothing) {
     EXPECT_FALSE(row("main_1"));
 }
 
-TEST_F(PlayerViewModelTest, ALiveChannelHasNoHistoryAndNoPlaceToResumeAt) {
-    keep("main_5", 700, 1000);
-    appState.setPendingSubtitleURLs({"http://tv.example/a.srt"});
-    play(title(5, "live", "Notícias", "Canal 5"));
-    EXPECT_EQ(playerManager.pendingStartPosition(), 0);
-    EXPECT_FALSE(playerManager.onProgressUpdate());
-    EXPECT_EQ(appState.pendingSubtitleURLs().size(), 1U) << "they wait for the next film";
-    reach(60, 100);
-    player().close();
-    EXPECT_EQ(row("main_5")->position, 700);
-}
-
 TEST_F(PlayerViewModelTest, HandsTheWaitingSubtitlesOverOnce) {
     appState.setPendingSubtitleURLs({"http://tv.example/a.srt", "http://tv.example/b.srt"});
     playFilm();

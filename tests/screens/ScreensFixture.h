@@ -11,6 +11,7 @@
 #include "playback/FakePlayer.h"
 #include "playback/PlayerManager.h"
 #include "screens/Screens.h"
+#include "screens/player/OrientationLock.h"
 #include "screens/shell/ContentViewModel.h"
 #include "state/AppState.h"
 #include "state/KeychainQueue.h"
@@ -55,6 +56,15 @@ inline std::vector<CategoryItem> categoryItems(const std::vector<std::string>& n
     return items;
 }
 
+/// Goes after whoever leaves an orientation of its own.
+struct AllOrientationsAgain final {
+    AllOrientationsAgain() = default;
+    ~AllOrientationsAgain() {
+        OrientationLock::set({Qt::PortraitOrientation, Qt::InvertedPortraitOrientation,
+                              Qt::LandscapeOrientation, Qt::InvertedLandscapeOrientation});
+    }
+};
+
 /// Everything below the screens: a real store and real settings in a fresh folder, real transfers, an
 /// engine that writes down what it is told, and a clock that stands still.
 class ScreensFixture : public ::testing::Test {
@@ -79,6 +89,10 @@ protected:
         drainEvents();
     }
 
+    [[nodiscard]] GuideEnvironment guideEnvironment() {
+        return {*store, makeCurlURLSession, folder.path() / "cache", guideWorkers};
+    }
+
     [[nodiscard]] ScreenServices services(const std::string& language = "pt") {
         return {.appState = appState,
                 .store = *store,
@@ -87,10 +101,13 @@ protected:
                 .audioSession = audio,
                 .systemVolume = systemVolume,
                 .screenBrightness = screenBrightness,
+                .remoteCommands = commands,
                 .defaults = defaults,
                 .keychain = keychain,
                 .makeSession = makeCurlURLSession,
                 .scheduler = scheduler,
+                .refresh = refresh,
+                .guide = guideEnvironment(),
                 .content = content,
                 .cacheFolder = folder.path() / "cache",
                 .language = language};
@@ -124,7 +141,7 @@ protected:
                             .defaults = defaults,
                             .network = network,
                             .scheduler = scheduler},
-                           {*store, makeCurlURLSession, folder.path() / "cache", guideWorkers}};
+                           guideEnvironment()};
     ContentViewModel content{appState, refresh};
 };
 

@@ -124,6 +124,14 @@ QQuickItem* ScreensTest::find(const QString& accessible) {
     return found;
 }
 
+QQuickItem* ScreensTest::named(const char* objectName) {
+    QQuickItem* found = nullptr;
+    collect(*window->contentItem(), [&](QQuickItem& item) {
+        found = item.objectName() == QLatin1String(objectName) ? &item : found;
+    });
+    return found;
+}
+
 void ScreensTest::click(const char* accessible) {
     QQuickItem* item = find(QString::fromUtf8(accessible));
     ASSERT_NE(item, nullptr) << accessible;

@@ -41,6 +41,8 @@ protected:
         drainEvents();
     }
     [[nodiscard]] QQuickItem* find(const QString& accessible);
+    /// The visible item of that name; null for none.
+    [[nodiscard]] QQuickItem* named(const char* objectName);
     void click(const char* accessible);
     [[nodiscard]] std::string focusName() const {
         const QQuickItem* item = window->activeFocusItem();

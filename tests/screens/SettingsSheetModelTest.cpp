@@ -36,9 +36,9 @@ protected:
         }
         throw std::logic_error(key);
     }
-    [[nodiscard]] std::vector<std::string> keys() {
+    [[nodiscard]] static std::vector<std::string> keysOf(const SettingsSheetModel& sheet) {
         std::vector<std::string> found;
-        for (const SettingsSectionModel* candidate : sheet().sections()) {
+        for (const SettingsSectionModel* candidate : sheet.sections()) {
             found.push_back(candidate->key().toStdString());
         }
         return found;
@@ -62,7 +62,7 @@ protected:
 TEST_F(SettingsSheetTest, ListsItsSectionsInOrder) {
     playFilm();
     open();
-    EXPECT_THAT(keys(), ElementsAre("audio", "subtitles", "aspect", "speed", "skip"));
+    EXPECT_THAT(keysOf(sheet()), ElementsAre("audio", "subtitles", "aspect", "speed", "skip"));
     EXPECT_EQ(section("audio").title(), QStringLiteral("Pista de Audio"));
     EXPECT_EQ(section("subtitles").title(), QStringLiteral("Legendas"));
     EXPECT_EQ(section("aspect").title(), QStringLiteral("Proporcao"));
@@ -74,9 +74,9 @@ TEST_F(SettingsSheetTest, ListsItsSectionsInOrder) {
 }
 
 TEST_F(SettingsSheetTest, ALiveChannelHasNeitherSpeedNorSkips) {
-    play(title(5, "live", "Notícias", "Canal 5"));
-    open();
-    EXPECT_THAT(keys(), ElementsAre("audio", "subtitles", "aspect"));
+    PlaybackChoices choices;
+    const SettingsSheetModel live(SettingsSheetModel::Kind::Live, playerManager, choices);
+    EXPECT_THAT(keysOf(live), ElementsAre("audio", "subtitles", "aspect"));
 }
 
 TEST_F(SettingsSheetTest, FillsItselfInWhenTheEngineHasReadTheStreams) {

@@ -228,5 +228,24 @@ TEST_F(StoreContextTest, UseOnAnotherThreadIsAFault) {
 }
 #endif
 
+TEST_F(StoreContextTest, NotesOneMemberOfARowAndTellsNobody) {
+    insertAndSave(m_context, makeChannels(1, 2));
+    std::vector<EntityKind> told;
+    QObject::connect(m_store.get(), &LibraryStore::changed, m_store.get(),
+                     [&told](EntityKind kind) { told.push_back(kind); });
+    m_context.note<Channel>(makeChannel(1).id, &Channel::lastAccessedAt, sampleDate);
+    m_context.note<Channel>("gone", &Channel::lastAccessedAt, sampleDate);
+    m_context.save();
+    EXPECT_TRUE(told.empty());
+    Channel noted = makeChannel(1);
+    noted.lastAccessedAt = sampleDate;
+    EXPECT_THAT(m_context.fetch<Channel>({.sort = {ascending(&Channel::num)}}),
+                ElementsAre(noted, makeChannel(2)));
+    m_context.note<Channel>(makeChannel(2).id, &Channel::lastAccessedAt, sampleDate);
+    m_context.insert(makeChannel(3));
+    m_context.save();
+    EXPECT_THAT(told, ElementsAre(EntityKind::Channel)) << "somebody else's change in the same save";
+}
+
 } // namespace
 } // namespace ondavia::testing

@@ -132,6 +132,8 @@ constexpr SettledText settledTexts[] = {
     {"player.nextEpisode", "Proximo episodio"},
     {"player.preparing", "A preparar reproducao..."},
     {"player.retry", "Tentar novamente"},
+    {"player.channelList", "LISTA"},
+    {"player.epg", "EPG"},
     {"settings.audioTrack", "Pista de Audio"},
     {"settings.subtitles", "Legendas"},
     {"settings.aspectRatio", "Proporcao"},

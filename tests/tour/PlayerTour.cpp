@@ -38,9 +38,10 @@ SubtitleTrack subtitles() {
         .value();
 }
 
+/// Each remembers its own position.
 Channel film(const std::string& url) {
     Channel channel;
-    channel.id = "main_0";
+    channel.id = "main_" + url;
     channel.type = "movie";
     channel.name = "O Estranho Caso do Homem Que Voltou Três Vezes à Mesma Praia e Nunca Aprendeu a Nadar";
     channel.url = url;

@@ -53,8 +53,7 @@ Tour::Tour(QQuickWindow& window, Services& services, QString folder, QString pre
     , m_services(services)
     , m_folder(std::move(folder))
     , m_prefix(std::move(prefix)) {
-    m_window.requestActivate();
-    waitFor(QStringLiteral("the keyboard"), [this] { return m_window.isActive(); });
+    takeKeyboard();
 }
 
 void Tour::signIn(const QString& server, const QString& user, const QString& password) {
@@ -124,7 +123,7 @@ void Tour::browseLive() {
     settle();
     shoot(QStringLiteral("live-channels"));
     click(firstRow(QStringLiteral("liveChannels")));
-    watch(QStringLiteral("player-channel"));
+    watchLive();
     press(Qt::Key_Escape);
     settle();
 }
@@ -136,8 +135,13 @@ void Tour::browseMovies() {
     watch(QStringLiteral("player-film"));
 }
 
-/// Two pictures of what plays, one second apart: they must differ.
 void Tour::watch(const QString& name) {
+    showMoving(name);
+    leavePlayer();
+}
+
+/// Two pictures of what plays, one second apart: they must differ.
+void Tour::showMoving(const QString& name) {
     const PlayerManager& manager = m_services.playerManager;
     waitFor(QStringLiteral("the picture"), [&manager] {
         return manager.isPlaying() && !manager.isBuffering() && manager.currentTime() > 0;
@@ -151,7 +155,6 @@ void Tour::watch(const QString& name) {
     if (first == second) {
         throw std::runtime_error("the picture of " + name.toStdString() + " does not move");
     }
-    leavePlayer();
 }
 
 void Tour::shoot(const QString& name) {
@@ -177,6 +180,10 @@ void Tour::settle() {
         std::chrono::seconds(10));
 }
 
+bool Tour::isShown(const QString& objectName) const {
+    return findVisible(*m_window.contentItem(), objectName) != nullptr;
+}
+
 void Tour::waitFor(const QString& what, const std::function<bool()>& condition) {
     if (!testing::waitUntil(condition, patience)) {
         throw std::runtime_error("waited in vain for " + what.toStdString());
@@ -198,7 +205,16 @@ void Tour::click(const QQuickItem& item) {
     settle();
 }
 
+/// Without a window manager nobody gives it back to a window that has filled the screen.
+void Tour::takeKeyboard() {
+    if (!m_window.isActive()) {
+        m_window.requestActivate();
+        waitFor(QStringLiteral("the keyboard"), [this] { return m_window.isActive(); });
+    }
+}
+
 void Tour::press(int key) {
+    takeKeyboard();
     QTest::keyClick(&m_window, static_cast<Qt::Key>(key));
 }
 

@@ -31,6 +31,12 @@ private:
     void browseLive();
     void browseMovies();
     void watch(const QString& name);
+    void showMoving(const QString& name);
+    void watchLive();
+    void showListAndGuide();
+    void showTheWholeScreen();
+    void browseOverTheMiniPlayer();
+    void endMiniPlayer();
     void watchFilms();
     void start(const Channel& channel);
     void showSheet(const QString& name);
@@ -42,8 +48,10 @@ private:
     void waitFor(const QString& what, const std::function<bool()>& condition);
     void type(const QString& field, const QString& text);
     void click(const QQuickItem& item);
+    void takeKeyboard();
     void press(int key);
     [[nodiscard]] QQuickItem& find(const QString& objectName) const;
+    [[nodiscard]] bool isShown(const QString& objectName) const;
     [[nodiscard]] QQuickItem& firstRow(const QString& view) const;
 
     QQuickWindow& m_window;

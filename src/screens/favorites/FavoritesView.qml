@@ -5,5 +5,5 @@ import Ondavia.Style
 EmptyStateView {
     icon: "heart.fill"
     title: Texts.get("tab.favorites", "Favoritos")
-    message: Texts.get("favorites.notYet", "Os favoritos ainda não podem ser guardados nesta versão.")
+    message: Texts.get("favorites.notYet", "Os favoritos ficam guardados, mas esta versão ainda não os mostra aqui.")
 }

@@ -26,6 +26,7 @@ FocusScope {
 
     T.AbstractButton {
         id: header
+        objectName: "guideHeader"
         width: parent.width
         height: panel.model.hasDayHeader ? 56 : 0
         visible: panel.model.hasDayHeader

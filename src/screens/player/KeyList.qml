@@ -6,7 +6,7 @@ import Ondavia.Style
 /// What the keys do, over the picture until a key or a tap sends it away.
 FocusScope {
     id: list
-    required property PlayerViewModel player
+    required property PlayerScreen player
 
     Accessible.role: Accessible.Dialog
     Accessible.name: Texts.get("player.keys.title", "Teclas")
@@ -41,6 +41,8 @@ FocusScope {
             id: page
             anchors.fill: parent
             contentHeight: lines.height + Theme.unit * 12
+            // Else a tap is one that sends the list away.
+            interactive: contentHeight > height
 
             Column {
                 id: lines

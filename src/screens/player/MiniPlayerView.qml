@@ -104,6 +104,7 @@ Item {
         }
         PlayerButton {
             id: close
+            objectName: "miniClose"
             anchors.right: parent.right
             anchors.rightMargin: Theme.unit
             y: Theme.unit

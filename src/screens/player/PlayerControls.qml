@@ -15,7 +15,7 @@ FocusScope {
 
     /// The keyboard steps in.
     function takeFocus() {
-        if (middle.visible)
+        if (!controls.hidesMiddle)
             playPause.forceActiveFocus(Qt.TabFocusReason)
         else
             close.forceActiveFocus(Qt.TabFocusReason)
@@ -25,27 +25,7 @@ FocusScope {
         return seekBar.activeFocus && (key === Qt.Key_Left || key === Qt.Key_Right)
     }
 
-    Rectangle {
-        width: parent.width
-        height: Math.min(200, parent.height / 2)
-        gradient: Gradient {
-            GradientStop { position: 0; color: Theme.scrimEdge }
-            GradientStop { position: 0.38; color: Theme.scrimMiddle }
-            GradientStop { position: 0.72; color: Theme.scrimSoft }
-            GradientStop { position: 1; color: "transparent" }
-        }
-    }
-    Rectangle {
-        anchors.bottom: parent.bottom
-        width: parent.width
-        height: Math.min(260, parent.height / 2)
-        gradient: Gradient {
-            GradientStop { position: 0; color: "transparent" }
-            GradientStop { position: 0.26; color: Theme.scrimSoft }
-            GradientStop { position: 0.55; color: Theme.scrimMiddle }
-            GradientStop { position: 1; color: Theme.scrimEdge }
-        }
-    }
+    Scrims { anchors.fill: parent }
 
     PlayerButton {
         id: close
@@ -101,26 +81,18 @@ FocusScope {
         visible: !controls.hidesMiddle
         spacing: controls.width < Theme.wideWindow ? Theme.unit * 6 : Theme.unit * 12
         SkipButton {
-            visible: !controls.model.isLive
             anchors.verticalCenter: parent.verticalCenter
             symbol: controls.model.skips.backSymbol
             text: Texts.get("player.skipBack", "Recuar %1 segundos").arg(controls.model.skips.skipInterval)
             onClicked: controls.model.skips.back()
         }
-        PlayerButton {
+        PlayPauseButton {
             id: playPause
             anchors.verticalCenter: parent.verticalCenter
             focus: true
-            hasDisc: true
-            diameter: 80
-            symbolSize: 48
-            symbol: controls.model.isPlaying ? "pause.fill" : "play.fill"
-            text: controls.model.isPlaying ? Texts.get("player.pause", "Pausa")
-                : Texts.get("player.play", "Reproduzir")
-            onClicked: controls.model.togglePlayPause()
+            model: controls.model
         }
         SkipButton {
-            visible: !controls.model.isLive
             anchors.verticalCenter: parent.verticalCenter
             symbol: controls.model.skips.forwardSymbol
             text: Texts.get("player.skipForward", "Avançar %1 segundos").arg(controls.model.skips.skipInterval)
@@ -161,7 +133,6 @@ FocusScope {
         anchors.rightMargin: Theme.unit * 4
         anchors.bottom: below.top
         model: controls.model.seekBar
-        isAllowed: !controls.model.isLive
         onStepped: forwards => controls.model.skips.step(forwards)
     }
     TabularText {
@@ -181,17 +152,7 @@ FocusScope {
         anchors.bottomMargin: Theme.unit * 4
         height: Theme.controlHeight
         spacing: Theme.unit * 2
-        PlayerButton {
-            symbol: controls.model.isMuted ? "speaker.slash.fill" : "speaker.wave.2.fill"
-            text: controls.model.isMuted ? Texts.get("player.unmute", "Ligar o som") : Texts.get("player.mute", "Silenciar")
-            onClicked: controls.model.toggleMute()
-        }
-        Pill {
-            visible: controls.model.isLive
-            anchors.verticalCenter: parent.verticalCenter
-            text: Texts.get("AO VIVO", "AO VIVO")
-            color: Theme.live
-        }
+        MuteButton { model: controls.model }
         Pill {
             visible: text !== ""
             anchors.verticalCenter: parent.verticalCenter

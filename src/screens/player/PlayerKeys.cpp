@@ -1,85 +1,63 @@
 #include "screens/player/PlayerKeys.h"
 
-#include "screens/player/PlayerViewModel.h"
+#include "screens/player/PlayerScreen.h"
 #include "style/Texts.h"
 
 #include <algorithm>
 
 namespace ondavia {
 
-PlayerKeys::PlayerKeys(PlayerViewModel& view)
-    : m_view(view) {
-    bindPlayback();
-    bindLayers();
+void PlayerKeys::bind(Binding binding) {
+    m_bindings.push_back(std::move(binding));
 }
 
-void PlayerKeys::bindPlayback() {
-    const auto step = [this](bool forwards) {
-        if (!m_view.isLive()) {
-            m_view.skips()->step(forwards);
-        }
-    };
-    m_bindings.push_back(
-        {{Qt::Key_Space, Qt::Key_K, Qt::Key_MediaPlay, Qt::Key_MediaPause, Qt::Key_MediaTogglePlayPause},
-         textFor("player.keys.space", "Espaço") + QStringLiteral(", K"),
-         textFor("player.keys.playPause", "Reproduzir ou pausar"),
-         Repeat::No,
-         [this] { m_view.togglePlayPause(); }});
-    m_bindings.push_back({{Qt::Key_Left, Qt::Key_J},
-                          QStringLiteral("←, J"),
-                          textFor("player.keys.back", "Recuar"),
-                          Repeat::Yes,
-                          [step] { step(false); }});
-    m_bindings.push_back({{Qt::Key_Right, Qt::Key_L},
-                          QStringLiteral("→, L"),
-                          textFor("player.keys.forward", "Avançar"),
-                          Repeat::Yes,
-                          [step] { step(true); }});
-    m_bindings.push_back({{Qt::Key_Up},
-                          QStringLiteral("↑"),
-                          textFor("player.keys.louder", "Aumentar o volume"),
-                          Repeat::Yes,
-                          [this] { m_view.levels()->changeVolume(1); }});
-    m_bindings.push_back({{Qt::Key_Down},
-                          QStringLiteral("↓"),
-                          textFor("player.keys.quieter", "Baixar o volume"),
-                          Repeat::Yes,
-                          [this] { m_view.levels()->changeVolume(-1); }});
-    m_bindings.push_back({{Qt::Key_M},
-                          QStringLiteral("M"),
-                          textFor("player.keys.mute", "Silenciar ou ligar o som"),
-                          Repeat::No,
-                          [this] { m_view.toggleMute(); }});
+void PlayerKeys::bindPlayback(PlayerScreen& player) {
+    bind({{Qt::Key_Space, Qt::Key_K, Qt::Key_MediaPlay, Qt::Key_MediaPause, Qt::Key_MediaTogglePlayPause},
+          textFor("player.keys.space", "Espaço") + QStringLiteral(", K"),
+          textFor("player.keys.playPause", "Reproduzir ou pausar"),
+          Repeat::No,
+          [&player](int) { player.togglePlayPause(); }});
 }
 
-void PlayerKeys::bindLayers() {
-    m_bindings.push_back({{Qt::Key_N, Qt::Key_MediaNext},
-                          QStringLiteral("N"),
-                          textFor("player.nextEpisode", "Proximo episodio"),
-                          Repeat::No,
-                          [this] {
-                              if (m_view.offersNextEpisode()) {
-                                  m_view.playNextEpisode();
-                              }
-                          }});
-    m_bindings.push_back({{Qt::Key_F},
-                          QStringLiteral("F"),
-                          textFor("player.keys.fullScreen", "Ecrã inteiro"),
-                          Repeat::No,
-                          [this] { m_view.toggleFullScreen(); }});
-    m_bindings.push_back(
-        {{Qt::Key_S}, QStringLiteral("S"), textFor("player.settings", "Definições"), Repeat::No, [this] {
-             m_view.showSettings() ? m_view.closeSettings() : m_view.openSettings();
-         }});
-    m_bindings.push_back(
-        {{Qt::Key_I}, QStringLiteral("I"), textFor("information.title", "Informação"), Repeat::No, [this] {
-             m_view.information()->toggle();
-         }});
-    m_bindings.push_back({{Qt::Key_Question},
-                          QStringLiteral("?"),
-                          textFor("player.keys.list", "Esta lista"),
-                          Repeat::No,
-                          [this] { m_view.setShowKeys(!m_view.showKeys()); }});
+void PlayerKeys::bindSound(PlayerScreen& player) {
+    bind({{Qt::Key_Up},
+          QStringLiteral("↑"),
+          textFor("player.keys.louder", "Aumentar o volume"),
+          Repeat::Yes,
+          [&player](int) { player.levels()->changeVolume(1); }});
+    bind({{Qt::Key_Down},
+          QStringLiteral("↓"),
+          textFor("player.keys.quieter", "Baixar o volume"),
+          Repeat::Yes,
+          [&player](int) { player.levels()->changeVolume(-1); }});
+    bind({{Qt::Key_M},
+          QStringLiteral("M"),
+          textFor("player.keys.mute", "Silenciar ou ligar o som"),
+          Repeat::No,
+          [&player](int) { player.toggleMute(); }});
+}
+
+void PlayerKeys::bindLayers(PlayerScreen& player) {
+    bind({{Qt::Key_F},
+          QStringLiteral("F"),
+          textFor("player.keys.fullScreen", "Ecrã inteiro"),
+          Repeat::No,
+          [&player](int) { player.toggleFullScreen(); }});
+    bind({{Qt::Key_S},
+          QStringLiteral("S"),
+          textFor("player.settings", "Definições"),
+          Repeat::No,
+          [&player](int) { player.showSettings() ? player.closeSettings() : player.openSettings(); }});
+    bind({{Qt::Key_I},
+          QStringLiteral("I"),
+          textFor("information.title", "Informação"),
+          Repeat::No,
+          [&player](int) { player.information()->toggle(); }});
+    bind({{Qt::Key_Question},
+          QStringLiteral("?"),
+          textFor("player.keys.list", "Esta lista"),
+          Repeat::No,
+          [&player](int) { player.setShowKeys(!player.showKeys()); }});
 }
 
 bool PlayerKeys::press(int key, bool isAutoRepeat) {
@@ -90,7 +68,7 @@ bool PlayerKeys::press(int key, bool isAutoRepeat) {
     if (!isAutoRepeat || binding->repeat == Repeat::Yes) {
         // A copy: the key may end the view.
         const auto run = binding->run;
-        run();
+        run(key);
     }
     return true;
 }
@@ -107,8 +85,8 @@ QVariantList PlayerKeys::lines() const {
         lines.append(
             QVariantMap{{QStringLiteral("keys"), binding.names}, {QStringLiteral("action"), binding.action}});
     }
-    lines.append(QVariantMap{{QStringLiteral("keys"), QStringLiteral("Esc")},
-                             {QStringLiteral("action"), textFor("player.keys.leave", "Sair")}});
+    lines.append(
+        QVariantMap{{QStringLiteral("keys"), QStringLiteral("Esc")}, {QStringLiteral("action"), m_leaving}});
     return lines;
 }
 

@@ -10,9 +10,9 @@
 
 namespace ondavia {
 
-class PlayerViewModel;
+class PlayerScreen;
 
-/// What the keys of a computer do in the player, and how the list of them reads. Main thread.
+/// What the keys of a computer do in a player, and how the list of them reads. Main thread.
 class PlayerKeys final : public QObject {
     Q_OBJECT
     QML_ELEMENT
@@ -21,8 +21,27 @@ class PlayerKeys final : public QObject {
     Q_PROPERTY(QVariantList lines READ lines CONSTANT)
 
 public:
-    /// `view` must outlive the object.
-    explicit PlayerKeys(PlayerViewModel& view);
+    enum class Repeat { No, Yes };
+    struct Binding final {
+        std::vector<int> keys;
+        QString names;
+        QString action;
+        /// Whether a key held down goes on.
+        Repeat repeat;
+        /// Takes the key that was pressed.
+        std::function<void(int key)> run;
+    };
+
+    explicit PlayerKeys(QObject* parent)
+        : QObject(parent) {}
+
+    /// Each appends to the list. The player must outlive the object.
+    void bind(Binding binding);
+    void bindPlayback(PlayerScreen& player);
+    void bindSound(PlayerScreen& player);
+    void bindLayers(PlayerScreen& player);
+    /// What the way back is called, which the list ends with.
+    void setLeaving(const QString& action) { m_leaving = action; }
 
     /// Does what a `Qt::Key` stands for; false where it stands for nothing here. A key held down repeats only
     /// what moves by steps.
@@ -30,21 +49,10 @@ public:
     [[nodiscard]] QVariantList lines() const;
 
 private:
-    enum class Repeat { No, Yes };
-    struct Binding final {
-        std::vector<int> keys;
-        QString names;
-        QString action;
-        Repeat repeat;
-        std::function<void()> run;
-    };
-
-    void bindPlayback();
-    void bindLayers();
     [[nodiscard]] const Binding* find(int key) const;
 
-    PlayerViewModel& m_view;
     std::vector<Binding> m_bindings;
+    QString m_leaving;
 };
 
 } // namespace ondavia

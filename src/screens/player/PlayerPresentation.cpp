@@ -4,10 +4,10 @@
 
 namespace ondavia {
 
-PlayerPresentation::PlayerPresentation(const PlayerScreenServices& services, QObject* parent)
+PlayerPresentation::PlayerPresentation(AppState& appState, MakePlayer makePlayer, QObject* parent)
     : QObject(parent)
-    , m_services(services) {
-    const AppState& appState = m_services.appState;
+    , m_appState(appState)
+    , m_makePlayer(std::move(makePlayer)) {
     connect(&appState, &AppState::isPlayingChanged, this, &PlayerPresentation::sessionChanged);
     connect(&appState, &AppState::currentChannelChanged, this, &PlayerPresentation::sessionChanged);
     // In the next turn: an item chosen over the mini player ends that first, and the old item must not
@@ -19,14 +19,14 @@ PlayerPresentation::PlayerPresentation(const PlayerScreenServices& services, QOb
 
 // A window that closes leaves its player as somebody who leaves does: what was watched is kept.
 PlayerPresentation::~PlayerPresentation() {
-    m_services.appState.disconnect(this);
+    m_appState.disconnect(this);
     if (m_player) {
         m_player->disappear();
     }
 }
 
 void PlayerPresentation::sessionChanged() {
-    const bool presents = m_services.appState.presentsPlayer();
+    const bool presents = m_appState.presentsPlayer();
     if (presents && !isPresented()) {
         present();
     } else if (!presents && isPresented()) {
@@ -35,20 +35,20 @@ void PlayerPresentation::sessionChanged() {
 }
 
 void PlayerPresentation::present() {
-    m_player = std::make_unique<PlayerViewModel>(m_services, *m_services.appState.currentChannel());
-    connect(m_player.get(), &PlayerViewModel::dismissed, this, &PlayerPresentation::dismiss);
+    m_player = m_makePlayer(*m_appState.currentChannel());
+    connect(m_player.get(), &PlayerScreen::dismissed, this, &PlayerPresentation::dismiss);
     m_player->appear();
     Q_EMIT playerChanged();
 }
 
 void PlayerPresentation::dismiss() {
-    PlayerViewModel* leaving = m_player.release();
+    PlayerScreen* leaving = m_player.release();
     if (leaving == nullptr) {
         return;
     }
     leaving->disappear();
     Q_EMIT playerChanged();
-    m_services.appState.playerDismissed();
+    m_appState.playerDismissed();
     // After what shows it, which goes in the next turn too; but never after what it works with.
     leaving->setParent(this);
     leaving->deleteLater();

@@ -1,91 +1,91 @@
 #include "screens/player/PlayerViewModel.h"
 
-#include "base/Redaction.h"
 #include "personal/HistoryRecording.h"
 #include "playback/PlayerManager.h"
 #include "screens/player/NextEpisode.h"
 #include "screens/player/OrientationLock.h"
 #include "state/AppState.h"
+#include "style/Texts.h"
 
 namespace ondavia {
 
-namespace {
-
-constexpr Qt::ScreenOrientations portrait{Qt::PortraitOrientation};
-constexpr Qt::ScreenOrientations landscape{Qt::LandscapeOrientation, Qt::InvertedLandscapeOrientation};
-
-} // namespace
-
 PlayerViewModel::PlayerViewModel(const PlayerScreenServices& services, Channel channel)
-    : m_services(services)
+    : PlayerScreen(services, SettingsSheetModel::Kind::Film)
     , m_channel(std::move(channel))
-    , m_levels(services.audioSession, services.systemVolume, services.screenBrightness, services.scheduler)
-    , m_controls(services.scheduler, [this] { return m_levels.isSliderOpen() || m_seekBar.isSeeking(); })
-    , m_skips(services.playerManager, m_choices, services.scheduler)
+    , m_skips(services.playerManager, choices(), services.scheduler)
     , m_seekBar(services.playerManager)
     , m_taps(services.scheduler)
-    , m_subtitles(services.playerManager, services.scheduler)
-    , m_information(services.playerManager, services.scheduler)
-    , m_keys(*this) {
+    , m_subtitles(services.playerManager, services.scheduler) {
     connectFields();
+    bindKeys();
 }
 
 PlayerViewModel::~PlayerViewModel() = default;
 
 void PlayerViewModel::connectFields() {
-    const PlayerManager& manager = m_services.playerManager;
-    for (const auto signal : {&PlayerManager::isPlayingChanged, &PlayerManager::isBufferingChanged,
-                              &PlayerManager::isMutedChanged, &PlayerManager::errorChanged}) {
-        connect(&manager, signal, this, &PlayerViewModel::stateChanged);
-    }
-    const AppState& appState = m_services.appState;
+    const AppState& appState = services().appState;
     connect(&appState, &AppState::currentChannelChanged, this, &PlayerViewModel::followSession);
     connect(&appState, &AppState::seriesEpisodesChanged, this, &PlayerViewModel::itemChanged);
     connect(&appState, &AppState::currentEpisodeIndexChanged, this, &PlayerViewModel::itemChanged);
-    connect(&m_choices, &PlaybackChoices::playbackSpeedChanged, this, &PlayerViewModel::speedTextChanged);
-    connect(&m_levels, &PlayerLevels::sliderClosed, &m_controls, &ControlsAutoHide::resetControlsTimer);
-    connect(&m_seekBar, &VODSeekBarModel::isSeekingChanged, &m_controls,
+    connect(&choices(), &PlaybackChoices::playbackSpeedChanged, this, &PlayerViewModel::speedTextChanged);
+    connect(&m_seekBar, &VODSeekBarModel::isSeekingChanged, controls(),
             &ControlsAutoHide::resetControlsTimer);
-    connect(&m_taps, &VideoTaps::singleTapped, &m_controls, &ControlsAutoHide::toggleControls);
-    connect(&m_taps, &VideoTaps::doubleTapped, this, [this](double x, double width) {
-        if (!isLive()) {
-            m_skips.handleDoubleTapSeek(x, width);
-        }
-    });
+    connect(&m_taps, &VideoTaps::singleTapped, controls(), &ControlsAutoHide::toggleControls);
+    connect(&m_taps, &VideoTaps::doubleTapped, &m_skips, &PlayerSkips::handleDoubleTapSeek);
+}
+
+void PlayerViewModel::bindKeys() {
+    using Repeat = PlayerKeys::Repeat;
+    keys()->bindPlayback(*this);
+    keys()->bind({{Qt::Key_Left, Qt::Key_J},
+                  QStringLiteral("←, J"),
+                  textFor("player.keys.back", "Recuar"),
+                  Repeat::Yes,
+                  [this](int) { m_skips.step(false); }});
+    keys()->bind({{Qt::Key_Right, Qt::Key_L},
+                  QStringLiteral("→, L"),
+                  textFor("player.keys.forward", "Avançar"),
+                  Repeat::Yes,
+                  [this](int) { m_skips.step(true); }});
+    keys()->bindSound(*this);
+    keys()->bind({{Qt::Key_N, Qt::Key_MediaNext},
+                  QStringLiteral("N"),
+                  textFor("player.nextEpisode", "Proximo episodio"),
+                  Repeat::No,
+                  [this](int) {
+                      if (offersNextEpisode()) {
+                          playNextEpisode();
+                      }
+                  }});
+    keys()->bindLayers(*this);
+    keys()->setLeaving(textFor("player.keys.leave", "Sair"));
 }
 
 /// The episode that was stepped to is what the leaving steps record.
 void PlayerViewModel::followSession() {
-    if (m_services.appState.currentChannel()) {
-        m_channel = *m_services.appState.currentChannel();
+    if (services().appState.currentChannel()) {
+        m_channel = *services().appState.currentChannel();
         Q_EMIT itemChanged();
     }
 }
 
 void PlayerViewModel::appear() {
     OrientationLock::set(landscape);
-    m_levels.read();
+    levels()->read();
     setupAndPlay();
-    m_controls.resetControlsTimer();
+    controls()->resetControlsTimer();
 }
 
 void PlayerViewModel::setupAndPlay() {
-    PlayerManager& manager = m_services.playerManager;
-    const bool isTakenOver =
-        manager.isMiniPlayer() && manager.currentItem() && manager.currentItem()->id == m_channel.id;
-    if (isTakenOver) {
-        manager.setIsMiniPlayer(false);
+    if (takesOver(m_channel)) {
         return;
     }
-    if (isLive()) {
-        manager.play(m_channel, 0);
-        return;
-    }
-    m_startPosition = savedPosition(m_services.modelContext, m_channel.id);
+    PlayerManager& manager = services().playerManager;
+    m_startPosition = savedPosition(services().modelContext, m_channel.id);
     recordProgressOf(m_channel);
     manager.play(m_channel, m_startPosition);
-    const auto subtitleURLs = m_services.appState.pendingSubtitleURLs();
-    m_services.appState.setPendingSubtitleURLs({});
+    const auto subtitleURLs = services().appState.pendingSubtitleURLs();
+    services().appState.setPendingSubtitleURLs({});
     if (!subtitleURLs.empty()) {
         manager.setSubtitleURLs(subtitleURLs);
     }
@@ -93,37 +93,26 @@ void PlayerViewModel::setupAndPlay() {
 
 /// By copies: the manager goes on reporting when this view has gone.
 void PlayerViewModel::recordProgressOf(const Channel& channel) {
-    m_services.playerManager.setOnProgressUpdate(
-        [&context = m_services.modelContext, item = WatchedItem(channel)](double position, double duration) {
+    services().playerManager.setOnProgressUpdate(
+        [&context = services().modelContext, item = WatchedItem(channel)](double position, double duration) {
             saveHistoryItem(context, item, position, duration);
         });
 }
 
 void PlayerViewModel::saveProgress() {
     constexpr double unrecordedSeconds = 10.0;
-    const PlayerManager& manager = m_services.playerManager;
-    if (!isLive() && manager.currentTime() > unrecordedSeconds && manager.duration() > 0) {
-        saveHistoryItem(m_services.modelContext, WatchedItem(m_channel), manager.currentTime(),
+    const PlayerManager& manager = services().playerManager;
+    if (manager.currentTime() > unrecordedSeconds && manager.duration() > 0) {
+        saveHistoryItem(services().modelContext, WatchedItem(m_channel), manager.currentTime(),
                         manager.duration());
     }
 }
 
-void PlayerViewModel::disappear() {
+void PlayerViewModel::leave() {
     OrientationLock::set(portrait);
-    m_controls.invalidate();
-    m_levels.stop();
-    m_information.setIsShown(false);
+    controls()->invalidate();
     saveProgress();
-    if (!m_services.appState.showMiniPlayer()) {
-        m_services.playerManager.stop();
-        m_services.appState.setIsPlaying(false);
-        m_services.appState.setCurrentChannel(std::nullopt);
-    }
-    Q_EMIT disappeared();
-}
-
-QObject* PlayerViewModel::managerObject() const {
-    return &m_services.playerManager;
+    endSession();
 }
 
 QString PlayerViewModel::title() const {
@@ -139,83 +128,34 @@ QString PlayerViewModel::episodeLine() const {
 }
 
 bool PlayerViewModel::hasNextEpisode() const {
-    return NextEpisode::exists(m_services.appState);
-}
-
-bool PlayerViewModel::isPlaying() const {
-    return m_services.playerManager.isPlaying();
-}
-
-bool PlayerViewModel::isBuffering() const {
-    return m_services.playerManager.isBuffering();
-}
-
-bool PlayerViewModel::isMuted() const {
-    return m_services.playerManager.isMuted();
-}
-
-QString PlayerViewModel::error() const {
-    return QString::fromStdString(maskSecrets(m_services.playerManager.error().value_or(std::string())));
+    return NextEpisode::exists(services().appState);
 }
 
 QString PlayerViewModel::speedText() const {
-    return m_choices.playbackSpeed() == 1.0F ? QString() : speedLabel(m_choices.playbackSpeed());
-}
-
-void PlayerViewModel::togglePlayPause() {
-    m_services.playerManager.togglePlayPause();
-}
-
-void PlayerViewModel::toggleMute() {
-    m_services.playerManager.toggleMute();
+    const float speed = choices().playbackSpeed();
+    return speed == 1.0F ? QString() : speedLabel(speed);
 }
 
 void PlayerViewModel::retry() {
-    m_services.playerManager.play(m_channel, 0);
+    services().playerManager.play(m_channel, 0);
 }
 
 void PlayerViewModel::playNextEpisode() {
-    auto next = NextEpisode::after(m_services.appState);
+    auto next = NextEpisode::after(services().appState);
     if (!next) {
         return;
     }
     saveProgress();
-    m_services.appState.setCurrentEpisodeIndex(next->index);
-    m_services.appState.setCurrentChannel(next->item);
+    services().appState.setCurrentEpisodeIndex(next->index);
+    services().appState.setCurrentChannel(next->item);
     recordProgressOf(next->item);
-    m_services.playerManager.play(next->item, 0);
-    m_services.playerManager.setSubtitleURLs(std::move(next->subtitleURLs));
+    services().playerManager.play(next->item, 0);
+    services().playerManager.setSubtitleURLs(std::move(next->subtitleURLs));
 }
 
 void PlayerViewModel::minimizeToMini() {
-    m_controls.invalidate();
     saveProgress();
-    m_services.appState.setShowMiniPlayer(true);
-    m_services.playerManager.setIsMiniPlayer(true);
-    close();
-}
-
-void PlayerViewModel::openSettings() {
-    // What draws the sheet of before may be fading away with it.
-    if (SettingsSheetModel* former = m_sheet.release()) {
-        former->setParent(this);
-        former->deleteLater();
-    }
-    m_sheet = std::make_unique<SettingsSheetModel>(isLive() ? SettingsSheetModel::Kind::Live
-                                                            : SettingsSheetModel::Kind::Film,
-                                                   m_services.playerManager, m_choices);
-    Q_EMIT sheetChanged();
-    setShowSettings(true);
-}
-
-bool PlayerViewModel::closeLayer() {
-    if (showKeys()) {
-        setShowKeys(false);
-        return true;
-    }
-    const bool wasOpen = showSettings();
-    closeSettings();
-    return wasOpen;
+    PlayerScreen::minimizeToMini();
 }
 
 } // namespace ondavia

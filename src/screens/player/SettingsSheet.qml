@@ -7,7 +7,7 @@ import Ondavia.Style
 /// it closes.
 FocusScope {
     id: sheet
-    required property PlayerViewModel player
+    required property PlayerScreen player
     required property SettingsSheetModel model
 
     Accessible.role: Accessible.Dialog

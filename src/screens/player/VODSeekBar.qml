@@ -6,12 +6,11 @@ import Ondavia.Style
 Item {
     id: bar
     required property VODSeekBarModel model
-    property bool isAllowed: true
     signal stepped(bool forwards)
     readonly property bool isLively: area.containsMouse || area.pressed || bar.activeFocus
 
     implicitHeight: 48
-    visible: bar.isAllowed && bar.model.isDrawn
+    visible: bar.model.isDrawn
     activeFocusOnTab: true
     Accessible.role: Accessible.Slider
     Accessible.name: Texts.get("player.position", "Posição")

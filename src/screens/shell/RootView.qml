@@ -68,8 +68,9 @@ FocusScope {
 
         function follow() {
             if (player.isPresented) {
-                player.setSource(Qt.resolvedUrl("../Player/PlayerView.qml"),
-                                 { focus: true, model: root.models.player.player })
+                const model = root.models.player.player
+                const page = model.isLive ? "../LivePlayer/LivePlayerView.qml" : "../Player/PlayerView.qml"
+                player.setSource(Qt.resolvedUrl(page), { focus: true, model: model })
                 player.forceActiveFocus()
             } else {
                 player.source = ""

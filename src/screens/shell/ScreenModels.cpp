@@ -16,13 +16,8 @@ ScreenModels::ScreenModels(const ScreenServices& services, QObject* parent)
                [&content = services.content] { content.signedIn(); })
     , m_live(BrowserKind::Live, services.appState, services.store, services.catalogue)
     , m_movies(BrowserKind::Movies, services.appState, services.store, services.catalogue)
-    , m_player({.appState = services.appState,
-                .modelContext = services.store.mainContext(),
-                .playerManager = services.playerManager,
-                .scheduler = services.scheduler,
-                .audioSession = services.audioSession,
-                .systemVolume = services.systemVolume,
-                .screenBrightness = services.screenBrightness})
+    , m_players(services)
+    , m_player(services.appState, [this](const Channel& item) { return m_players.make(item); })
     , m_miniPlayer(services.appState, services.playerManager)
     , m_toastTimer(services.content, services.scheduler)
     , m_loadingExit(services.appState, services.scheduler,

@@ -5,6 +5,7 @@
 #include "screens/player/MiniPlayerViewModel.h"
 #include "screens/player/PlayerPresentation.h"
 #include "screens/shell/ContentViewModel.h"
+#include "screens/shell/FullScreenPlayers.h"
 #include "screens/shell/LoadingExit.h"
 #include "screens/shell/ScreenServices.h"
 #include "screens/shell/ToastTimer.h"
@@ -51,6 +52,7 @@ private:
     SignInViewModel m_signIn;
     BrowserViewModel m_live;
     BrowserViewModel m_movies;
+    FullScreenPlayers m_players;
     PlayerPresentation m_player;
     MiniPlayerViewModel m_miniPlayer;
     ToastTimer m_toastTimer;

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "guide/EPGService.h"
 #include "platform/URLSession.h"
 
 #include <filesystem>
@@ -13,7 +14,9 @@ class AppState;
 class CatalogueSummary;
 class ContentViewModel;
 class KeychainService;
+class LibraryRefresh;
 class LibraryStore;
+class MPRemoteCommandCenter;
 class PlayerManager;
 class Scheduler;
 class ScreenBrightness;
@@ -29,10 +32,13 @@ struct ScreenServices final {
     AVAudioSession& audioSession;
     SystemVolumeHelper& systemVolume;
     ScreenBrightness& screenBrightness;
+    MPRemoteCommandCenter& remoteCommands;
     UserDefaults& defaults;
     KeychainService& keychain;
     URLSessionFactory makeSession;
     Scheduler& scheduler;
+    LibraryRefresh& refresh;
+    GuideEnvironment guide;
     ContentViewModel& content;
     /// Where pictures are kept; may be emptied at any time.
     std::filesystem::path cacheFolder;

@@ -1,0 +1,142 @@
+import QtQuick
+import Ondavia.LivePlayer
+import Ondavia.Player
+import Ondavia.Style
+
+/// What lies over a channel's picture while it is steered. Over the picture alone on the screen the channel's name
+/// heads it, and brightness and volume stand at its sides.
+FocusScope {
+    id: controls
+    required property LivePlayerViewModel model
+    /// What stands in the middle in the place of the button.
+    property bool isWaiting: false
+    readonly property bool hasError: controls.model.error !== ""
+    readonly property bool isFull: controls.model.isFullscreen
+    readonly property real margin: controls.isFull ? Theme.marginFor(controls.width) : Theme.unit * 4
+    readonly property bool isSmall: controls.height < 320
+    /// Brightness and volume stand above the middle where their sliders would cover it.
+    readonly property real sidesOffset: controls.width < 600 ? -Math.max(0, Math.min(150, controls.height / 2 - 160)) : 0
+
+    /// The keyboard steps in.
+    function takeFocus() {
+        const hasMiddle = !controls.hasError || controls.width > 640
+        const first = !hasMiddle ? gear : controls.hasError || controls.isWaiting ? next : playPause
+        first.forceActiveFocus(Qt.TabFocusReason)
+    }
+
+    Scrims {
+        anchors.fill: parent
+        // A message lies on a veil of its own.
+        visible: !controls.hasError
+    }
+    PlayerButton {
+        id: back
+        x: controls.margin - Theme.unit * 3
+        y: Theme.unit * 2
+        visible: !controls.isFull
+        symbol: "chevron.left"
+        symbolSize: 32
+        text: Texts.get("player.minimize", "Minimizar")
+        onClicked: controls.model.minimizeToMini()
+    }
+    Label {
+        x: controls.margin
+        width: ways.x - x - Theme.unit * 3
+        anchors.verticalCenter: ways.verticalCenter
+        visible: controls.isFull
+        text: controls.model.title
+        font.pixelSize: Theme.headingSize
+        font.weight: Font.DemiBold
+        elide: Text.ElideRight
+        Accessible.role: Accessible.Heading
+    }
+    Row {
+        id: ways
+        anchors.right: parent.right
+        anchors.rightMargin: controls.margin - Theme.unit * 3
+        y: controls.isFull ? Theme.unit * 4 : back.y
+        MuteButton { model: controls.model }
+        PlayerButton {
+            symbol: controls.model.isFavorite ? "heart.fill" : "heart"
+            text: controls.model.isFavorite ? Texts.get("favorites.remove", "Remover dos favoritos")
+                : Texts.get("favorites.add", "Adicionar aos favoritos")
+            onClicked: controls.model.toggleFavorite()
+        }
+        PlayerButton {
+            id: gear
+            symbol: "gearshape"
+            text: Texts.get("player.settings", "Definições")
+            onClicked: controls.model.openSettings()
+        }
+    }
+
+    Row {
+        id: middle
+        anchors.centerIn: parent
+        // Beside a message there has to be room for them.
+        visible: !controls.hasError || controls.width > 640
+        spacing: controls.isFull && controls.width >= Theme.wideWindow ? Theme.unit * 12 : Theme.unit * 6
+        PlayerButton {
+            anchors.verticalCenter: parent.verticalCenter
+            hasDisc: true
+            diameter: controls.isSmall ? 48 : 60
+            symbolSize: Math.round(diameter * 0.6)
+            symbol: "backward.end.fill"
+            text: Texts.get("live.previous", "Canal anterior")
+            onClicked: controls.model.switchToPreviousChannel()
+        }
+        Item {
+            anchors.verticalCenter: parent.verticalCenter
+            width: controls.hasError ? 440 : controls.isWaiting ? 200 : playPause.width
+            height: playPause.height
+            PlayPauseButton {
+                id: playPause
+                anchors.centerIn: parent
+                focus: true
+                visible: !controls.hasError && !controls.isWaiting
+                diameter: controls.isSmall ? 64 : 80
+                model: controls.model
+            }
+        }
+        PlayerButton {
+            id: next
+            anchors.verticalCenter: parent.verticalCenter
+            hasDisc: true
+            diameter: controls.isSmall ? 48 : 60
+            symbolSize: Math.round(diameter * 0.6)
+            symbol: "forward.end.fill"
+            text: Texts.get("live.next", "Canal seguinte")
+            onClicked: controls.model.switchToNextChannel()
+        }
+    }
+    DraggableSliderButton {
+        x: controls.margin - Theme.unit * 2
+        anchors.verticalCenter: parent.verticalCenter
+        anchors.verticalCenterOffset: controls.sidesOffset
+        visible: controls.isFull
+        icon: "sun.max.fill"
+        text: Texts.get("player.brightness", "Brilho")
+        model: controls.model.levels.brightness
+    }
+    DraggableSliderButton {
+        anchors.right: parent.right
+        anchors.rightMargin: controls.margin - Theme.unit * 2
+        anchors.verticalCenter: parent.verticalCenter
+        anchors.verticalCenterOffset: controls.sidesOffset
+        visible: controls.isFull
+        icon: "speaker.wave.2.fill"
+        opensToTheRight: false
+        text: Texts.get("player.volume", "Volume")
+        model: controls.model.levels.volume
+    }
+    PlayerButton {
+        anchors.right: parent.right
+        anchors.rightMargin: controls.margin - Theme.unit * 3
+        anchors.bottom: parent.bottom
+        anchors.bottomMargin: controls.isFull ? Theme.unit * 4 : Theme.unit * 2
+        symbol: controls.isFull ? "arrow.down.right.and.arrow.up.left" : "arrow.up.left.and.arrow.down.right"
+        text: controls.isFull ? Texts.get("player.leaveFullScreen", "Sair do ecrã inteiro")
+            : Texts.get("player.keys.fullScreen", "Ecrã inteiro")
+        onClicked: controls.model.toggleFullScreen()
+    }
+}

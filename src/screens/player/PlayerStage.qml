@@ -1,0 +1,103 @@
+import QtQuick
+import Ondavia.Player
+import Ondavia.Style
+
+/// The picture of a player, and what stands in its place while there is none: what it waits for, or what went
+/// wrong. Keys steer the player while the picture has the focus.
+FocusScope {
+    id: stage
+    required property PlayerScreen model
+    property bool hidesPointer: false
+    /// Nothing else shall stand in the middle.
+    readonly property bool needsMiddle: stage.isWaiting || stage.model.error !== ""
+    readonly property bool isWaiting: stage.model.isBuffering && !stage.model.isPlaying && stage.model.error === ""
+    readonly property bool hasFocus: picture.activeFocus
+    /// Too little room for large words.
+    readonly property bool isSmall: stage.height < 320
+    /// Lies right over the picture.
+    default property alias overlays: overlay.data
+    signal tapped(real x, real y)
+
+    function takeFocus() {
+        picture.forceActiveFocus()
+    }
+
+    Rectangle {
+        anchors.fill: parent
+        color: Theme.stage
+    }
+    PlayerSurface {
+        anchors.fill: parent
+        manager: stage.model.manager
+    }
+    Item {
+        id: overlay
+        anchors.fill: parent
+    }
+    FocusScope {
+        id: picture
+        objectName: "stage"
+        anchors.fill: parent
+        focus: true
+        Accessible.role: Accessible.Pane
+        Accessible.name: stage.model.title
+        // A handler's cursor would change at the pointer's next move only.
+        MouseArea {
+            anchors.fill: parent
+            acceptedButtons: Qt.NoButton
+            cursorShape: stage.hidesPointer ? Qt.BlankCursor : Qt.ArrowCursor
+            Accessible.ignored: true
+        }
+        TapHandler {
+            onTapped: eventPoint => stage.tapped(eventPoint.position.x, eventPoint.position.y)
+        }
+        WheelHandler {
+            acceptedDevices: PointerDevice.Mouse | PointerDevice.TouchPad
+            onWheel: event => stage.model.levels.changeVolume(event.angleDelta.y / 120)
+        }
+    }
+
+    Rectangle {
+        anchors.centerIn: parent
+        visible: spinner.running
+        width: stage.isWaiting ? Math.max(200, preparing.width + Theme.unit * 12) : 124
+        height: stage.isWaiting ? 148 : width
+        radius: stage.isWaiting ? Theme.cardRadius : width / 2
+        scale: stage.isSmall ? 0.8 : 1
+        color: Theme.disc
+        Spinner {
+            id: spinner
+            anchors.horizontalCenter: parent.horizontalCenter
+            y: stage.isWaiting ? Theme.unit * 6 : (parent.height - height) / 2
+            width: stage.isWaiting ? 56 : 100
+            height: width
+            running: stage.model.isBuffering && stage.model.error === ""
+        }
+        Label {
+            id: preparing
+            anchors.horizontalCenter: parent.horizontalCenter
+            y: 104
+            visible: stage.isWaiting
+            text: Texts.get("player.preparing", "A preparar reproducao...")
+        }
+    }
+    Rectangle {
+        anchors.fill: parent
+        visible: stage.model.error !== ""
+        color: Theme.errorVeil
+        EmptyStateView {
+            anchors.fill: parent
+            isLow: stage.isSmall
+            icon: "exclamationmark.triangle.fill"
+            title: Texts.get("player.cannotPlay", "Não foi possível reproduzir")
+            message: stage.model.error
+            Button {
+                text: Texts.get("player.retry", "Tentar novamente")
+                symbol: "arrow.clockwise"
+                focusPolicy: Qt.TabFocus
+                onVisibleChanged: if (visible) forceActiveFocus()
+                onClicked: stage.model.retry()
+            }
+        }
+    }
+}
