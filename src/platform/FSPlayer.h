@@ -117,6 +117,9 @@ public:
     /// Display aspect ratio asked for; 0 means the stream's own.
     [[nodiscard]] virtual float darPreference() const = 0;
     virtual void setDarPreference(float ratio) = 0;
+    /// How much of the view's height something lies over at the bottom, from 0 to 1: subtitles stand above
+    /// it.
+    virtual void setCoveredBottom(double fraction) = 0;
     /// Draws the current picture again, for changes made while paused.
     virtual void setNeedsRefreshCurrentPic() = 0;
 };

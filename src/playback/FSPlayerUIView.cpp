@@ -27,6 +27,11 @@ void FSPlayerUIView::setManager(PlayerManager* manager) {
     updateHost();
 }
 
+void FSPlayerUIView::setCoveredBottom(double pixels) {
+    m_coveredBottom = pixels;
+    updateHost();
+}
+
 void FSPlayerUIView::geometryChange(const QRectF& newGeometry, const QRectF& oldGeometry) {
     QQuickItem::geometryChange(newGeometry, oldGeometry);
     if (newGeometry.size() != oldGeometry.size()) {
@@ -57,7 +62,8 @@ void FSPlayerUIView::updateHost() {
     if (!isShown || !m_manager || !m_manager->player()) {
         return;
     }
-    QQuickItem* video = m_manager->player()->view()->item();
+    FSPlayerView& view = *m_manager->player()->view();
+    QQuickItem* video = view.item();
     if (video == nullptr) {
         return;
     }
@@ -66,6 +72,7 @@ void FSPlayerUIView::updateHost() {
     }
     video->setPosition({0, 0});
     video->setSize(size());
+    view.setCoveredBottom(height() > 0 ? m_coveredBottom / height() : 0);
 }
 
 } // namespace ondavia

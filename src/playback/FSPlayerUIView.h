@@ -26,6 +26,9 @@ public:
     [[nodiscard]] PlayerManager* manager() const { return m_manager; }
     void setManager(PlayerManager* manager);
     Q_SIGNAL void managerChanged();
+    /// How much of the bottom something lies over, in pixels.
+    [[nodiscard]] double coveredBottom() const { return m_coveredBottom; }
+    void setCoveredBottom(double pixels);
 
 protected:
     void geometryChange(const QRectF& newGeometry, const QRectF& oldGeometry) override;
@@ -36,6 +39,7 @@ private:
     void updateHost();
 
     QPointer<PlayerManager> m_manager;
+    double m_coveredBottom = 0;
 };
 
 } // namespace ondavia

@@ -259,6 +259,10 @@ TEST(EngineWindow, DrawsThePickedSubtitle) {
     })) << "the frame that was sought comes to rest";
     engine->loadThenActiveSubtitle(server.url("/file/user/word/legenda.srt"));
     EXPECT_TRUE(waitUntil([&] { return difference(bottom(), plain) > 3; }, 10s));
+    engine->view()->setCoveredBottom(0.4);
+    EXPECT_TRUE(waitUntil([&] { return difference(bottom(), plain) < 1; }, 10s)) << "above what covers it";
+    engine->view()->setCoveredBottom(0);
+    EXPECT_TRUE(waitUntil([&] { return difference(bottom(), plain) > 3; }, 10s));
     engine->closeCurrentStream("timedtext");
     EXPECT_TRUE(waitUntil([&] { return difference(bottom(), plain) < 1; }, 10s));
 }

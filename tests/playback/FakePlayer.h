@@ -19,11 +19,13 @@ public:
     [[nodiscard]] QQuickItem* item() override { return picture; }
     [[nodiscard]] float darPreference() const override { return m_ratio; }
     void setDarPreference(float ratio) override { m_ratio = ratio; }
+    void setCoveredBottom(double fraction) override { coveredBottom = fraction; }
     void setNeedsRefreshCurrentPic() override { ++refreshes; }
 
     /// Not owned.
     QQuickItem* picture = nullptr;
     int refreshes = 0;
+    double coveredBottom = 0;
 
 private:
     float m_ratio = 0;

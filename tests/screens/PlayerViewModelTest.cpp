@@ -39,6 +39,36 @@ TEST_F(PlayerViewModelTest, WithoutAScreenOfKnownBrightnessTheMirrorStaysInTheMi
     EXPECT_DOUBLE_EQ(player().levels()->brightness()->value(), 0.5);
 }
 
+TEST_F(PlayerViewModelTest, SaysWhenTheFirstPictureIsLongInComing) {
+    playFilm();
+    scheduler.advance(11);
+    EXPECT_FALSE(player().isSlow()) << "it plays";
+    playerManager.setIsPlaying(false);
+    playerManager.setIsBuffering(true);
+    scheduler.advance(9.9);
+    EXPECT_FALSE(player().isSlow());
+    scheduler.advance(0.2);
+    EXPECT_TRUE(player().isSlow());
+    playerManager.setIsPlaying(true);
+    EXPECT_FALSE(player().isSlow());
+}
+
+TEST_F(PlayerViewModelTest, WhatStandsStillShowsItsControls) {
+    playFilm();
+    scheduler.advance(5.1);
+    ASSERT_FALSE(player().controls()->showControls());
+    playerManager.setIsPlaying(false);
+    EXPECT_TRUE(player().controls()->showControls());
+}
+
+TEST_F(PlayerViewModelTest, OnlyAnEpisodeHasAKeyForTheNextOne) {
+    playFilm();
+    EXPECT_FALSE(player().keys()->press(Qt::Key_N, false));
+    player().close();
+    playSeries();
+    EXPECT_TRUE(player().keys()->press(Qt::Key_N, false));
+}
+
 TEST_F(PlayerViewModelTest, AnItemNeverWatchedStartsAtTheBeginning) {
     playFilm();
     EXPECT_EQ(playerManager.pendingStartPosition(), 0);

@@ -136,6 +136,41 @@ TEST_F(PlayerWindowTest, ThePointerHidesWithTheControlsAndBringsThemBack) {
     EXPECT_TRUE(player().controls()->showControls());
     settle();
     EXPECT_EQ(window->cursor().shape(), Qt::ArrowCursor);
+    QQuickItem* button = find(QStringLiteral("Pausa"));
+    QTest::mouseMove(window,
+                     button->mapToScene(QPointF(button->width() / 2, button->height() / 2)).toPoint());
+    drainEvents();
+    scheduler.advance(5.1);
+    settle();
+    EXPECT_EQ(window->cursor().shape(), Qt::BlankCursor) << "also where it rested on a control";
+}
+
+TEST_F(PlayerWindowTest, SubtitlesStandAboveTheControls) {
+    playFilm();
+    QQuickItem video;
+    auto& view = dynamic_cast<FakeView&>(*lastEngine.lock()->view());
+    view.picture = &video;
+    player().controls()->wake();
+    window->resize(window->width(), 600);
+    settle();
+    const double covered = view.coveredBottom * 600;
+    QQuickItem* bar = find(QStringLiteral("Posição"));
+    ASSERT_NE(bar, nullptr);
+    EXPECT_GE(covered, 600 - bar->mapToScene({0, 0}).y());
+    EXPECT_LT(covered, 200);
+    scheduler.advance(5.1);
+    EXPECT_EQ(view.coveredBottom, 0);
+    video.setParentItem(nullptr);
+    view.picture = nullptr;
+}
+
+TEST_F(PlayerWindowTest, TabLeadsToTheControlsAlsoWhenTheyHaveGone) {
+    playFilm();
+    scheduler.advance(5.1);
+    settle();
+    ASSERT_FALSE(player().controls()->showControls());
+    press(Qt::Key_Tab);
+    EXPECT_EQ(focusName(), "Pausa");
 }
 
 TEST_F(PlayerWindowTest, TheWheelChangesTheVolume) {

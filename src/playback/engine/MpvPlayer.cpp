@@ -127,6 +127,7 @@ void MpvPlayer::applySettings() {
     setPlaybackVolume(m_volume);
     setScalingMode(m_scalingMode);
     setDarPreference(m_aspectRatio);
+    setCoveredBottom(m_coveredBottom);
     m_handle->setProperty("speed", static_cast<double>(m_rate));
 }
 
@@ -322,6 +323,13 @@ void MpvPlayer::setDarPreference(float ratio) {
     if (m_handle != nullptr) {
         constexpr double streamsOwn = -1;
         m_handle->setProperty("video-aspect-override", ratio > 0 ? static_cast<double>(ratio) : streamsOwn);
+    }
+}
+
+void MpvPlayer::setCoveredBottom(double fraction) {
+    m_coveredBottom = std::clamp(fraction, 0.0, 1.0);
+    if (m_handle != nullptr) {
+        m_handle->setProperty("sub-pos", std::to_string(std::lround(100 * (1 - m_coveredBottom))));
     }
 }
 

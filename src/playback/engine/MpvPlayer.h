@@ -71,6 +71,7 @@ public:
     [[nodiscard]] QQuickItem* item() override;
     [[nodiscard]] float darPreference() const override { return m_aspectRatio; }
     void setDarPreference(float ratio) override;
+    void setCoveredBottom(double fraction) override;
     void setNeedsRefreshCurrentPic() override;
 
 private:
@@ -195,6 +196,7 @@ private:
     float m_volume = 1;
     float m_rate = 1;
     float m_aspectRatio = 0;
+    double m_coveredBottom = 0;
     FSScalingMode m_scalingMode = FSScalingMode::Fit;
 };
 

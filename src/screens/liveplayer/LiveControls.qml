@@ -87,7 +87,7 @@ FocusScope {
         }
         Item {
             anchors.verticalCenter: parent.verticalCenter
-            width: controls.hasError ? 440 : controls.isWaiting ? 200 : playPause.width
+            width: controls.hasError ? 440 : controls.isWaiting ? 240 : playPause.width
             height: playPause.height
             PlayPauseButton {
                 id: playPause

@@ -38,7 +38,7 @@ FocusScope {
             view.model.number.confirm()
             return true
         }
-        if (isEnter && stage.hasFocus) {
+        if ((isEnter || key === Qt.Key_Tab) && stage.hasFocus) {
             controls.takeFocus()
             return true
         }
@@ -131,7 +131,6 @@ FocusScope {
             anchors.fill: parent
             focus: true
             model: view.model
-            hidesPointer: view.isFull && !view.showsControls && !layers.isCovering
             onTapped: view.model.controls.toggleControls()
         }
         LiveControls {
@@ -161,6 +160,10 @@ FocusScope {
             y: Theme.unit * (stage.isSmall ? 2 : 24)
             width: Math.min(implicitWidth, video.width - x * 2)
             model: view.model.information
+        }
+        HiddenPointer {
+            anchors.fill: parent
+            hides: view.isFull && !view.showsControls && !layers.isCovering
         }
     }
     ChannelInfoBar {

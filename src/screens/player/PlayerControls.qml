@@ -13,6 +13,9 @@ FocusScope {
     /// Brightness and volume stand above the middle where their sliders would cover it.
     readonly property real sidesOffset: controls.width < 600 ? -Math.max(0, Math.min(150, controls.height / 2 - 160)) : 0
 
+    /// From the bottom to above the seek bar.
+    readonly property real bottomHeight: controls.height - seekBar.y
+
     /// The keyboard steps in.
     function takeFocus() {
         if (!controls.hidesMiddle)
@@ -48,6 +51,8 @@ FocusScope {
             text: controls.model.title
             font.pixelSize: Theme.headingSize
             font.weight: Font.DemiBold
+            wrapMode: Text.Wrap
+            maximumLineCount: controls.width < Theme.wideWindow && controls.model.episodeLine === "" ? 2 : 1
             elide: Text.ElideRight
             Accessible.role: Accessible.Heading
         }

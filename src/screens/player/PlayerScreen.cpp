@@ -18,6 +18,8 @@ PlayerScreen::PlayerScreen(const PlayerScreenServices& services, SettingsSheetMo
                               &PlayerManager::isMutedChanged, &PlayerManager::errorChanged}) {
         connect(&manager, signal, this, &PlayerScreen::stateChanged);
     }
+    connect(this, &PlayerScreen::stateChanged, this, &PlayerScreen::watchWaiting);
+    watchWaiting();
     connect(&m_levels, &PlayerLevels::sliderClosed, &m_controls, &ControlsAutoHide::resetControlsTimer);
 }
 
@@ -46,6 +48,16 @@ void PlayerScreen::endSession() {
         m_services.appState.setIsPlaying(false);
         m_services.appState.setCurrentChannel(std::nullopt);
     }
+}
+
+void PlayerScreen::watchWaiting() {
+    const bool isWaiting = isBuffering() && !isPlaying();
+    if (isWaiting == (m_patience != nullptr)) {
+        return;
+    }
+    setIsSlow(false);
+    m_patience =
+        isWaiting ? m_services.scheduler.once(secondsUntilSlow, [this] { setIsSlow(true); }) : nullptr;
 }
 
 QObject* PlayerScreen::managerObject() const {

@@ -40,6 +40,8 @@ class PlayerScreen : public QObject {
     Q_PROPERTY(bool isPlaying READ isPlaying NOTIFY stateChanged)
     /// The engine has to wait for data, before the first picture or in the middle.
     Q_PROPERTY(bool isBuffering READ isBuffering NOTIFY stateChanged)
+    /// It has waited long for its first picture.
+    Q_PROPERTY(bool isSlow READ isSlow NOTIFY isSlowChanged)
     Q_PROPERTY(bool isMuted READ isMuted NOTIFY stateChanged)
     /// What went wrong, in words; empty when nothing did.
     Q_PROPERTY(QString error READ error NOTIFY stateChanged)
@@ -48,8 +50,11 @@ class PlayerScreen : public QObject {
 
     ONDAVIA_OBSERVABLE(bool, showSettings, setShowSettings, false);
     ONDAVIA_OBSERVABLE(bool, showKeys, setShowKeys, false);
+    ONDAVIA_OBSERVABLE(bool, isSlow, setIsSlow, false);
 
 public:
+    static constexpr double secondsUntilSlow = 10.0;
+
     ~PlayerScreen() override;
 
     /// The steps of coming into sight and of going out of it.
@@ -113,6 +118,8 @@ protected:
     void endSession();
 
 private:
+    void watchWaiting();
+
     PlayerScreenServices m_services;
     SettingsSheetModel::Kind m_kind;
     PlaybackChoices m_choices;
@@ -121,6 +128,7 @@ private:
     InformationModel m_information;
     PlayerKeys m_keys;
     std::unique_ptr<SettingsSheetModel> m_sheet;
+    std::unique_ptr<ScheduledTimer> m_patience;
 };
 
 } // namespace ondavia

@@ -7,13 +7,14 @@ import Ondavia.Style
 FocusScope {
     id: stage
     required property PlayerScreen model
-    property bool hidesPointer: false
     /// Nothing else shall stand in the middle.
     readonly property bool needsMiddle: stage.isWaiting || stage.model.error !== ""
     readonly property bool isWaiting: stage.model.isBuffering && !stage.model.isPlaying && stage.model.error === ""
     readonly property bool hasFocus: picture.activeFocus
     /// Too little room for large words.
     readonly property bool isSmall: stage.height < 320
+    /// How much of the picture's bottom controls lie over.
+    property real coveredBottom: 0
     /// Lies right over the picture.
     default property alias overlays: overlay.data
     signal tapped(real x, real y)
@@ -29,6 +30,7 @@ FocusScope {
     PlayerSurface {
         anchors.fill: parent
         manager: stage.model.manager
+        coveredBottom: stage.coveredBottom
     }
     Item {
         id: overlay
@@ -41,13 +43,6 @@ FocusScope {
         focus: true
         Accessible.role: Accessible.Pane
         Accessible.name: stage.model.title
-        // A handler's cursor would change at the pointer's next move only.
-        MouseArea {
-            anchors.fill: parent
-            acceptedButtons: Qt.NoButton
-            cursorShape: stage.hidesPointer ? Qt.BlankCursor : Qt.ArrowCursor
-            Accessible.ignored: true
-        }
         TapHandler {
             onTapped: eventPoint => stage.tapped(eventPoint.position.x, eventPoint.position.y)
         }
@@ -60,8 +55,8 @@ FocusScope {
     Rectangle {
         anchors.centerIn: parent
         visible: spinner.running
-        width: stage.isWaiting ? Math.max(200, preparing.width + Theme.unit * 12) : 124
-        height: stage.isWaiting ? 148 : width
+        width: stage.isWaiting ? Math.max(200, preparing.width + Theme.unit * 12, slow.visible ? slow.width + Theme.unit * 12 : 0) : 124
+        height: stage.isWaiting ? (slow.visible ? 176 : 148) : width
         radius: stage.isWaiting ? Theme.cardRadius : width / 2
         scale: stage.isSmall ? 0.8 : 1
         color: Theme.disc
@@ -79,6 +74,15 @@ FocusScope {
             y: 104
             visible: stage.isWaiting
             text: Texts.get("player.preparing", "A preparar reproducao...")
+        }
+        Label {
+            id: slow
+            anchors.horizontalCenter: parent.horizontalCenter
+            y: 132
+            visible: stage.isWaiting && stage.model.isSlow
+            text: Texts.get("player.slow", "O servidor está a demorar.")
+            font.pixelSize: Theme.captionSize
+            color: Theme.textMuted
         }
     }
     Rectangle {

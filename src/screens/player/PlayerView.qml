@@ -18,8 +18,8 @@ FocusScope {
             view.model.close()
     }
     function handleKey(key: int, isAutoRepeat: bool): bool {
-        const isEnter = key === Qt.Key_Return || key === Qt.Key_Enter
-        if (isEnter && stage.hasFocus) {
+        const entersControls = key === Qt.Key_Return || key === Qt.Key_Enter || key === Qt.Key_Tab
+        if (entersControls && stage.hasFocus) {
             controls.takeFocus()
             return true
         }
@@ -63,7 +63,7 @@ FocusScope {
         anchors.fill: parent
         focus: true
         model: view.model
-        hidesPointer: !view.showsControls && !layers.isCovering
+        coveredBottom: view.showsControls ? controls.bottomHeight : 0
         onTapped: (x, y) => view.model.taps.tap(x, y, stage.width)
         SubtitleOverlayView {
             anchors.fill: parent
@@ -95,6 +95,10 @@ FocusScope {
         y: Theme.unit * 24
         width: Math.min(implicitWidth, view.width - x * 2)
         model: view.model.information
+    }
+    HiddenPointer {
+        anchors.fill: parent
+        hides: !view.showsControls && !layers.isCovering
     }
     PlayerLayers {
         id: layers

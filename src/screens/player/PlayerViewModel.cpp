@@ -30,6 +30,12 @@ void PlayerViewModel::connectFields() {
     connect(&choices(), &PlaybackChoices::playbackSpeedChanged, this, &PlayerViewModel::speedTextChanged);
     connect(&m_seekBar, &VODSeekBarModel::isSeekingChanged, controls(),
             &ControlsAutoHide::resetControlsTimer);
+    // Who sees it stand still, at its end say, wants to know what is to be done.
+    connect(&services().playerManager, &PlayerManager::isPlayingChanged, this, [this] {
+        if (!isPlaying() && !isBuffering()) {
+            controls()->wake();
+        }
+    });
     connect(&m_taps, &VideoTaps::singleTapped, controls(), &ControlsAutoHide::toggleControls);
     connect(&m_taps, &VideoTaps::doubleTapped, &m_skips, &PlayerSkips::handleDoubleTapSeek);
 }
@@ -48,15 +54,17 @@ void PlayerViewModel::bindKeys() {
                   Repeat::Yes,
                   [this](int) { m_skips.step(true); }});
     keys()->bindSound(*this);
-    keys()->bind({{Qt::Key_N, Qt::Key_MediaNext},
-                  QStringLiteral("N"),
-                  textFor("player.nextEpisode", "Proximo episodio"),
-                  Repeat::No,
-                  [this](int) {
-                      if (offersNextEpisode()) {
-                          playNextEpisode();
-                      }
-                  }});
+    if (m_channel.type == "series") {
+        keys()->bind({{Qt::Key_N, Qt::Key_MediaNext},
+                      QStringLiteral("N"),
+                      textFor("player.nextEpisode", "Proximo episodio"),
+                      Repeat::No,
+                      [this](int) {
+                          if (offersNextEpisode()) {
+                              playNextEpisode();
+                          }
+                      }});
+    }
     keys()->bindLayers(*this);
     keys()->setLeaving(textFor("player.keys.leave", "Sair"));
 }
