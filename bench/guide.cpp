@@ -1,12 +1,19 @@
 #include "BareGuide.h"
 #include "support/BenchSupport.h"
 
+#include "app/Services.h"
 #include "guide/EPGService.h"
 #include "platform/linux/CurlURLSession.h"
+#include "screens/QmlModules.h"
+#include "screens/guide/EPGPanelViewModel.h"
 #include "store/LibraryStore.h"
 
-#include <QCoreApplication>
 #include <QEventLoop>
+#include <QGuiApplication>
+#include <QQmlComponent>
+#include <QQmlEngine>
+#include <QQuickItem>
+#include <QQuickWindow>
 #include <QTemporaryDir>
 
 #include <algorithm>
@@ -54,9 +61,12 @@ template<class Query> void timeQuery(const char* what, int rounds, Query&& query
                  median(wall), median(work), results);
 }
 
+std::string channelOf(int round) {
+    return "canal." + std::to_string(1000 + round * 37) + ".demo";
+}
+
 void timeQueries(const EPGService& service) {
     constexpr int rounds = 500;
-    const auto channelOf = [](int round) { return "canal." + std::to_string(1000 + round * 37) + ".demo"; };
     const Date now = currentDate();
     timeQuery("programme of a channel, now", rounds, [&](int round) {
         return service.getCurrentProgram(channelOf(round), now) ? std::size_t{1} : std::size_t{0};
@@ -84,6 +94,53 @@ int runOurs(const std::string& url, const std::filesystem::path& folder) {
     return succeeded ? 0 : 1;
 }
 
+void awaitFrame(QQuickWindow& window) {
+    QEventLoop loop;
+    QObject::connect(&window, &QQuickWindow::frameSwapped, &loop, &QEventLoop::quit, Qt::QueuedConnection);
+    window.update();
+    loop.exec();
+}
+
+/// Opens the panel over and over, each time on another channel, until its rows are on screen.
+void timePanel(EPGPanelViewModel& model) {
+    constexpr int rounds = 100;
+    QQmlEngine engine;
+    provideScreens(engine);
+    QQmlComponent panel(&engine, QUrl(QStringLiteral("qrc:/qt/qml/Ondavia/Guide/EPGPanelView.qml")));
+    QQuickWindow window;
+    window.resize(420, 800);
+    window.show();
+    awaitFrame(window);
+    timeQuery("panel of a channel, to its frame", rounds, [&](int round) {
+        Channel channel;
+        channel.epgChannelId = channelOf(round);
+        model.setChannel(channel);
+        const std::unique_ptr<QObject> made(
+            panel.createWithInitialProperties({{QStringLiteral("model"), QVariant::fromValue(&model)},
+                                               {QStringLiteral("width"), window.width()},
+                                               {QStringLiteral("height"), window.height()}}));
+        auto* item = qobject_cast<QQuickItem*>(made.get());
+        item->setParentItem(window.contentItem());
+        awaitFrame(window);
+        return model.programs()->programs().size();
+    });
+}
+
+int runPanel(const std::string& url, const std::filesystem::path& folder) {
+    qputenv("ONDAVIA_DATA_DIR", QByteArray::fromStdString(folder.string()));
+    qputenv("ONDAVIA_VAULT", "file");
+    Services services(MpvOutputs::Null);
+    const EPGService service(services.guideEnvironment());
+    bool succeeded = false;
+    QEventLoop loop;
+    const auto task = load(service, url, loop, succeeded);
+    loop.exec();
+    EPGPanelViewModel model(service, services.appState);
+    timePanel(model);
+    printForParent({});
+    return succeeded ? 0 : 1;
+}
+
 int runBare(const std::string& url, const std::filesystem::path& folder) {
     printForParent(measure([&] { runBareGuide(url, folder / "bare.db"); }));
     return 0;
@@ -96,6 +153,7 @@ int runComparison() {
     const QString url = provider.url() + QStringLiteral("/xmltv.php?username=demo&password=demo");
     compare(rounds, {QStringLiteral("ours"), url}, {QStringLiteral("bare"), url})
         .print("guide of 1,000,000 programmes over loopback HTTP: download, parse, store (best of 3)");
+    runChild({QStringLiteral("panel"), url});
     return 0;
 }
 
@@ -103,7 +161,9 @@ int runComparison() {
 } // namespace ondavia::bench
 
 int main(int argc, char** argv) {
-    const QCoreApplication application(argc, argv);
+    const bool hasWindow = argc > 1 && std::string_view(argv[1]) == "panel";
+    const std::unique_ptr<QCoreApplication> application(hasWindow ? new QGuiApplication(argc, argv)
+                                                                  : new QCoreApplication(argc, argv));
     const QStringList arguments = QCoreApplication::arguments();
     if (arguments.size() < 3) {
         return ondavia::bench::runComparison();
@@ -111,6 +171,9 @@ int main(int argc, char** argv) {
     const QTemporaryDir folder;
     const std::filesystem::path path(folder.path().toStdString());
     const std::string url = arguments[2].toStdString();
+    if (hasWindow) {
+        return ondavia::bench::runPanel(url, path);
+    }
     return arguments[1] == QStringLiteral("ours") ? ondavia::bench::runOurs(url, path)
                                                   : ondavia::bench::runBare(url, path);
 }

@@ -81,9 +81,18 @@ void addId(CLI::App& command, Arguments& arguments, const char* explanation) {
     command.add_option("ID", arguments.id, explanation)->required();
 }
 
+/// Also of what is no number, which no comparison holds of.
+std::string checkSeconds(const std::string& text) {
+    constexpr double day = 86'400;
+    double seconds = 0;
+    const bool isNumber = CLI::detail::lexical_cast(text, seconds);
+    return isNumber && seconds > 0 && seconds <= day ? std::string()
+                                                     : "wants seconds, more than 0 and at most a day";
+}
+
 void addDuration(CLI::App& command, Arguments& arguments, const char* explanation) {
     command.add_option("--for", arguments.playFor, explanation)
-        ->check(CLI::PositiveNumber)
+        ->check(CLI::Validator(checkSeconds, "SECONDS"))
         ->capture_default_str();
 }
 

@@ -70,6 +70,9 @@ public:
 
     [[nodiscard]] int openStreams() const { return m_service ? m_service->openStreams.count() : 0; }
     [[nodiscard]] int mostStreams() const { return m_service ? m_service->openStreams.most() : 0; }
+    [[nodiscard]] std::string lastStream() const {
+        return m_service ? m_service->openStreams.lastPath() : std::string();
+    }
 
     Faults faults;
 
@@ -103,6 +106,9 @@ int DemoProvider::openStreams() const {
 }
 int DemoProvider::mostStreams() const {
     return m_running->mostStreams();
+}
+std::string DemoProvider::lastStream() const {
+    return m_running->lastStream();
 }
 
 } // namespace ondavia::demo

@@ -34,6 +34,8 @@ public:
     [[nodiscard]] int openStreams() const;
     /// The most that were ever open at once, refused ones included.
     [[nodiscard]] int mostStreams() const;
+    /// The path of the stream that was asked for last, the account in it; empty for none.
+    [[nodiscard]] std::string lastStream() const;
 
 private:
     class Running;

@@ -73,7 +73,7 @@ std::shared_ptr<void> admit(Service& service, Delivery& delivery, const httplib:
         return nullptr;
     }
     const int limit = service.options.maxConnections;
-    auto ticket = service.openStreams.open(service.port, request.remote_port);
+    auto ticket = service.openStreams.open(service.port, request.remote_port, request.path);
     if (!service.accepts(request.matches[1], request.matches[2]) ||
         (limit > 0 && service.openStreams.count() > limit)) {
         delivery.refuse(403, "refused");

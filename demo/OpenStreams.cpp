@@ -45,7 +45,7 @@ bool isClientThere(int descriptor) {
 
 } // namespace
 
-std::shared_ptr<void> OpenStreams::open(int port, int clientPort) {
+std::shared_ptr<void> OpenStreams::open(int port, int clientPort, const std::string& path) {
     int connection = -1;
     forEachConnection(port, [&](int descriptor) {
         connection = portOf(descriptor, getpeername) == clientPort ? descriptor : connection;
@@ -53,6 +53,7 @@ std::shared_ptr<void> OpenStreams::open(int port, int clientPort) {
     const std::lock_guard lock(m_mutex);
     const auto place = m_connections.insert(m_connections.end(), connection);
     m_most = std::max(m_most, countNow());
+    m_lastPath = path;
     return {this, [this, place](void*) {
                 const std::lock_guard again(m_mutex);
                 m_connections.erase(place);
@@ -67,6 +68,11 @@ int OpenStreams::count() const {
 int OpenStreams::most() const {
     const std::lock_guard lock(m_mutex);
     return m_most;
+}
+
+std::string OpenStreams::lastPath() const {
+    const std::lock_guard lock(m_mutex);
+    return m_lastPath;
 }
 
 int OpenStreams::countNow() const {

@@ -3,6 +3,7 @@
 #include <list>
 #include <memory>
 #include <mutex>
+#include <string>
 
 namespace ondavia::demo {
 
@@ -10,11 +11,15 @@ namespace ondavia::demo {
 /// connection does not count, even before the thread that feeds it has noticed. Any thread.
 class OpenStreams final {
 public:
-    /// A stream to the client at this port of the loopback interface. `port` is the server's own.
-    [[nodiscard]] std::shared_ptr<void> open(int port, int clientPort);
+    /// The stream of this path to the client at this port of the loopback interface. `port` is the server's
+    /// own.
+    [[nodiscard]] std::shared_ptr<void> open(int port, int clientPort, const std::string& path);
     [[nodiscard]] int count() const;
     /// The highest count so far, refused streams included.
     [[nodiscard]] int most() const;
+
+    /// What was asked for last, refused or not; empty for nothing.
+    [[nodiscard]] std::string lastPath() const;
 
 private:
     [[nodiscard]] int countNow() const;
@@ -23,6 +28,7 @@ private:
     /// Descriptors.
     std::list<int> m_connections;
     int m_most = 0;
+    std::string m_lastPath;
 };
 
 /// Wakes every thread that waits for a client of the server on this port.

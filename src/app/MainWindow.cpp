@@ -48,6 +48,8 @@ MainWindow::MainWindow(Services& services, const std::string& language)
     : m_content(services.appState, services.refresh) {
     // While the window is made, which takes longer.
     services.catalogue.prefetch();
+    // A sound server that says nothing is known as one before the first film asks it.
+    (void)services.systemVolume.outputVolume();
     m_screens.emplace(screenServices(services, m_content, language));
 }
 

@@ -22,7 +22,9 @@ FocusScope {
     Accessible.description: dialog.message
     Accessible.ignored: !dialog.isOpen
     Keys.onPressed: event => {
-        if (FocusGuide.isBack(event.key)) {
+        if (FocusGuide.isBack(event.key) && event.isAutoRepeat) {
+            event.accepted = true
+        } else if (FocusGuide.isBack(event.key)) {
             event.accepted = true
             dialog.rejected()
         }

@@ -20,7 +20,7 @@ FocusScope {
     Keys.onPressed: event => {
         // First: who leaves lowers the overlay at once, and the key would go on to what lies below.
         event.accepted = overlay.isShown
-        if (overlay.canLeave && FocusGuide.isBack(event.key))
+        if (overlay.canLeave && !event.isAutoRepeat && FocusGuide.isBack(event.key))
             overlay.leaveRequested()
     }
     onIsShownChanged: if (overlay.isShown) overlay.forceActiveFocus()

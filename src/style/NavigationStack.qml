@@ -12,7 +12,7 @@ T.StackView {
     // The upper page has the keys, so that the first one pressed does something.
     onCurrentItemChanged: if (stack.currentItem) stack.currentItem.focus = true
     Component.onCompleted: stack.push(stack.firstPage, stack.firstProperties)
-    Keys.onPressed: event => event.accepted = FocusGuide.isBack(event.key) && stack.goBack()
+    Keys.onPressed: event => event.accepted = FocusGuide.isBack(event.key) && (event.isAutoRepeat || stack.goBack())
 
     /// Whether there was a page to go back to.
     function goBack(): bool {

@@ -31,6 +31,20 @@ Flickable {
         page.contentY = Math.max(0, Math.min(page.lastY, Math.ceil(Math.max(
             top + length + margin - page.height, Math.min(page.contentY, top - margin)))))
     }
+    /// Whether the key is one that scrolls, where there is more than is seen.
+    function canScroll(key: int): bool {
+        switch (key) {
+        case Qt.Key_PageDown:
+        case Qt.Key_PageUp:
+        case Qt.Key_Home:
+        case Qt.Key_End:
+        case Qt.Key_Up:
+        case Qt.Key_Down:
+            return page.lastY > 0
+        default:
+            return false
+        }
+    }
     function scroll(key: int): bool {
         const last = page.lastY
         const step = Math.floor(page.height * 0.9)

@@ -15,7 +15,9 @@ FocusScope {
     onEnabledChanged: sheet.takeFocus()
     onVisibleChanged: sheet.takeFocus()
     Keys.onPressed: event => {
-        if (FocusGuide.isBack(event.key)) {
+        if (FocusGuide.isBack(event.key) && event.isAutoRepeat) {
+            event.accepted = true
+        } else if (FocusGuide.isBack(event.key)) {
             event.accepted = true
             if (event.key !== Qt.Key_Backspace)
                 sheet.closeRequested()

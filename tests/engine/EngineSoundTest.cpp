@@ -1,6 +1,9 @@
 #include "engine/EngineTestSupport.h"
+#include "platform/linux/PulseVolume.h"
 
+#include <QLocalServer>
 #include <QProcess>
+#include <QTemporaryDir>
 
 #include <gtest/gtest.h>
 
@@ -123,6 +126,22 @@ TEST(EngineSound, TheOtherStreamIsHeardOnceItIsChosen) {
     EXPECT_TRUE(sink.sounds(880));
     engine->exchangeSelectedStream(1);
     EXPECT_TRUE(sink.sounds(440));
+}
+
+TEST(EngineSound, AServerThatNeverAnswersHoldsNoPictureUp) {
+    const QTemporaryDir folder;
+    QLocalServer silent;
+    ASSERT_TRUE(silent.listen(folder.filePath(QStringLiteral("pulse"))));
+    const QByteArray former = qgetenv("PULSE_SERVER");
+    qputenv("PULSE_SERVER", "unix:" + silent.fullServerName().toUtf8());
+    PulseVolume volume;
+    EXPECT_EQ(volume.outputVolume(), 1.0F);
+    EXPECT_FALSE(PulseVolume::isServerSilent()) << "it has just been asked";
+    ASSERT_TRUE(waitUntil([] { return PulseVolume::isServerSilent(); }, std::chrono::seconds(30)));
+    Engine engine(MpvOutputs::Window, Media::shared().movie);
+    engine->prepareToPlay();
+    EXPECT_TRUE(engine.awaitPosition(1));
+    qputenv("PULSE_SERVER", former);
 }
 
 } // namespace

@@ -156,8 +156,8 @@ TEST(EngineWindow, TheNextEngineDrawsWithTheRendererOfTheOneBeforeAndWithoutItsP
     first->prepareToPlay();
     ASSERT_TRUE(first.await("state:1"));
     ASSERT_TRUE(showsPicture(scene, scene.large()));
+    ASSERT_TRUE(waitUntil([&] { return rendererThreads().size() == 1; })) << "that of the scene before ends";
     const auto renderer = rendererThreads();
-    ASSERT_EQ(renderer.size(), 1U);
     first->shutdown();
     {
         Engine waiting(room, silent.url("/live/user/word/1.ts"));

@@ -216,7 +216,7 @@ private:
     std::shared_ptr<void> admit(const httplib::Request& request) {
         const std::size_t channel = request.matches[1] == "1" ? 1 : 0;
         m_hadBoth = m_hadBoth || m_open.at(1 - channel).count() > 0;
-        return m_open.at(channel).open(m_port, request.remote_port);
+        return m_open.at(channel).open(m_port, request.remote_port, request.path);
     }
 
     TemporaryFolder m_folder;

@@ -386,7 +386,7 @@ TEST_F(KeysTest, StepToTheNextEpisodeWhereThereIsOne) {
 }
 
 TEST_F(KeysTest, AreListedEachWithItsAction) {
-    playFilm();
+    playSeries();
     std::vector<std::string> names;
     for (const QVariant& line : player().keys()->lines()) {
         names.push_back(line.toMap().value(QStringLiteral("keys")).toString().toStdString());

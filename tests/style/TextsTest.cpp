@@ -2,6 +2,7 @@
 
 #include "style/Environment.h"
 #include "style/Icons.h"
+#include "style/ShownText.h"
 #include "support/TestSupport.h"
 
 #include <QDirIterator>
@@ -240,6 +241,21 @@ TEST(IconTable, HoldsEverySymbolThatTheScreensName) {
         }
     }
     EXPECT_GT(checked, 20);
+}
+
+TEST(ShownText, IsBoundedAndSteersNothing) {
+    EXPECT_EQ(shownText("Uma Longa Noite — Ação"), QStringLiteral("Uma Longa Noite — Ação"));
+    EXPECT_EQ(shownText("um\ndois\x1b[31m\x7f"), QStringLiteral("um dois [31m "));
+    EXPECT_EQ(shownText("\xe2\x80\xae"
+                        "evil\xe2\x81\xa6"),
+              QStringLiteral("evil"));
+    EXPECT_EQ(shownText(std::string(1'000'000, 'W')).size(), 300);
+    std::string faces;
+    for (int face = 0; face < 400; ++face) {
+        faces += "\xf0\x9f\x98\x80";
+    }
+    EXPECT_EQ(shownText("x" + faces).size(), 299) << "no half of a character at the end";
+    EXPECT_EQ(shownText(""), QString());
 }
 
 } // namespace

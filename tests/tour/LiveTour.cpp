@@ -43,13 +43,16 @@ void Tour::watchLive() {
     showTheWholeScreen();
     browseOverTheMiniPlayer();
     m_services.appState.playChannel(archivedChannel(m_services.store->mainContext()));
-    showListAndGuide();
+    showGuide();
+    click(row(QStringLiteral("guidePrograms"), 0));
+    showMoving(QStringLiteral("live-player-recording"));
+    press(Qt::Key_Escape);
     press(Qt::Key_Escape);
     settle();
     endMiniPlayer();
 }
 
-void Tour::showListAndGuide() {
+void Tour::showGuide() {
     showMoving(QStringLiteral("live-player-archived"));
     press(Qt::Key_G);
     waitFor(QStringLiteral("the guide"), [this] { return isShown(QStringLiteral("guideHeader")); });
@@ -57,7 +60,6 @@ void Tour::showListAndGuide() {
     click(find(QStringLiteral("guideHeader")));
     shoot(QStringLiteral("live-player-days"));
     press(Qt::Key_Escape);
-    press(Qt::Key_L);
     settle();
 }
 

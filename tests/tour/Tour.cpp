@@ -9,7 +9,9 @@
 #include <QQuickItem>
 #include <QTest>
 
+#include <algorithm>
 #include <stdexcept>
+#include <vector>
 
 namespace ondavia {
 namespace {
@@ -117,12 +119,12 @@ void Tour::showOverlays() {
 void Tour::browseLive() {
     selectTab(1);
     shoot(QStringLiteral("live"));
-    click(firstRow(QStringLiteral("liveCategories")));
+    click(row(QStringLiteral("liveCategories"), 0));
     waitFor(QStringLiteral("the channels"),
             [this] { return find(QStringLiteral("liveChannels")).isVisible(); });
     settle();
     shoot(QStringLiteral("live-channels"));
-    click(firstRow(QStringLiteral("liveChannels")));
+    click(row(QStringLiteral("liveChannels"), 0));
     watchLive();
     press(Qt::Key_Escape);
     settle();
@@ -131,7 +133,7 @@ void Tour::browseLive() {
 void Tour::browseMovies() {
     selectTab(2);
     shoot(QStringLiteral("movies"));
-    click(firstRow(QStringLiteral("movieGrid")));
+    click(row(QStringLiteral("movieGrid"), 0));
     watch(QStringLiteral("player-film"));
 }
 
@@ -225,20 +227,21 @@ QQuickItem& Tour::find(const QString& objectName) const {
     throw std::runtime_error("nothing called " + objectName.toStdString() + " is on screen");
 }
 
-QQuickItem& Tour::firstRow(const QString& view) const {
-    auto* content = find(view).property("contentItem").value<QQuickItem*>();
-    QQuickItem* first = nullptr;
-    for (QQuickItem* row : content->childItems()) {
-        const bool isRow = row->isVisible() && row->height() > 0 && row->isEnabled();
-        if (isRow &&
-            (first == nullptr || std::pair(row->y(), row->x()) < std::pair(first->y(), first->x()))) {
-            first = row;
+QQuickItem& Tour::row(const QString& view, std::size_t place) const {
+    std::vector<QQuickItem*> rows;
+    QQuickItem& list = find(view);
+    for (QQuickItem* row : list.property("contentItem").value<QQuickItem*>()->childItems()) {
+        const bool isInSight =
+            list.contains(row->mapToItem(&list, QPointF(row->width() / 2, row->height() / 2)));
+        if (row->isVisible() && row->height() > 0 && row->isEnabled() && isInSight) {
+            rows.push_back(row);
         }
     }
-    if (first == nullptr) {
-        throw std::runtime_error(view.toStdString() + " is empty");
+    std::ranges::sort(rows, {}, [](const QQuickItem* row) { return std::pair(row->y(), row->x()); });
+    if (place >= rows.size()) {
+        throw std::runtime_error(view.toStdString() + " has no row " + std::to_string(place));
     }
-    return *first;
+    return *rows[place];
 }
 
 } // namespace ondavia

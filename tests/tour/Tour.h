@@ -3,6 +3,7 @@
 #include <QQuickWindow>
 #include <QString>
 
+#include <cstddef>
 #include <functional>
 
 class QQuickItem;
@@ -14,7 +15,7 @@ struct Channel;
 
 /// Walks through the running application as a viewer does, with clicks and keys, and writes a PNG of each
 /// screen. Main thread.
-class Tour final {
+class Tour {
 public:
     /// All must outlive the object. Pictures go to `folder`, each name behind `prefix`.
     Tour(QQuickWindow& window, Services& services, QString folder, QString prefix);
@@ -25,6 +26,21 @@ public:
     /// the application does not do what a viewer would expect.
     void browse();
 
+protected:
+    /// What a viewer does, and waits for. What has no way raises std::runtime_error.
+    void selectTab(int tab);
+    void settle();
+    void waitFor(const QString& what, const std::function<bool()>& condition);
+    void type(const QString& field, const QString& text);
+    void click(const QQuickItem& item);
+    void press(int key);
+    [[nodiscard]] QQuickItem& find(const QString& objectName) const;
+    [[nodiscard]] bool isShown(const QString& objectName) const;
+    /// From the top, among those in sight.
+    [[nodiscard]] QQuickItem& row(const QString& view, std::size_t place) const;
+    [[nodiscard]] QQuickWindow& window() { return m_window; }
+    [[nodiscard]] Services& services() { return m_services; }
+
 private:
     void shoot(const QString& name);
     void showOverlays();
@@ -33,7 +49,7 @@ private:
     void watch(const QString& name);
     void showMoving(const QString& name);
     void watchLive();
-    void showListAndGuide();
+    void showGuide();
     void showTheWholeScreen();
     void browseOverTheMiniPlayer();
     void endMiniPlayer();
@@ -43,16 +59,7 @@ private:
     void showSubtitles(const QString& name);
     void showWithoutAPicture();
     void leavePlayer();
-    void selectTab(int tab);
-    void settle();
-    void waitFor(const QString& what, const std::function<bool()>& condition);
-    void type(const QString& field, const QString& text);
-    void click(const QQuickItem& item);
     void takeKeyboard();
-    void press(int key);
-    [[nodiscard]] QQuickItem& find(const QString& objectName) const;
-    [[nodiscard]] bool isShown(const QString& objectName) const;
-    [[nodiscard]] QQuickItem& firstRow(const QString& view) const;
 
     QQuickWindow& m_window;
     Services& m_services;

@@ -3,6 +3,8 @@
 #include <pulse/pulseaudio.h>
 
 #include <algorithm>
+#include <atomic>
+#include <chrono>
 #include <cmath>
 #include <mutex>
 #include <optional>
@@ -13,6 +15,11 @@ namespace {
 
 constexpr int microsecondsBetweenAttempts = 5'000'000;
 constexpr const char* defaultOutput = "@DEFAULT_SINK@";
+
+using Clock = std::chrono::steady_clock;
+
+/// Since when an attempt has been under way; the clock's beginning while none is.
+std::atomic<Clock::time_point> attemptBegan{Clock::time_point()};
 
 /// Nobody waits for what is asked of the server.
 void forget(pa_operation* operation) {
@@ -80,6 +87,7 @@ private:
         m_context = pa_context_new(pa_mainloop_get_api(m_loop), "Ondavia");
         pa_context_set_state_callback(
             m_context, [](pa_context*, void* self) { of(self).stateChanged(); }, this);
+        attemptBegan = Clock::now();
         if (pa_context_connect(m_context, nullptr, PA_CONTEXT_NOAUTOSPAWN, nullptr) < 0) {
             disconnect();
         }
@@ -89,6 +97,7 @@ private:
         if (m_context == nullptr) {
             return;
         }
+        attemptBegan = Clock::time_point();
         pa_context_set_state_callback(m_context, nullptr, nullptr);
         pa_context_disconnect(m_context);
         pa_context_unref(m_context);
@@ -99,6 +108,7 @@ private:
 
     void stateChanged() {
         if (pa_context_get_state(m_context) == PA_CONTEXT_READY) {
+            attemptBegan = Clock::time_point();
             pa_context_set_subscribe_callback(
                 m_context,
                 [](pa_context*, pa_subscription_event_type_t, std::uint32_t, void* self) { of(self).ask(); },
@@ -203,6 +213,12 @@ void PulseVolume::setVolume(float volume) {
 
 float PulseVolume::outputVolume() {
     return link().known();
+}
+
+bool PulseVolume::isServerSilent() {
+    constexpr std::chrono::seconds patience{2};
+    const Clock::time_point began = attemptBegan;
+    return began != Clock::time_point() && Clock::now() - began > patience;
 }
 
 } // namespace ondavia

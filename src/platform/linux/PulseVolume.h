@@ -23,6 +23,9 @@ public:
     /// From 0.0 to 1.0, as it was set here or as the server said last, whichever is later; 1.0 until there
     /// is one of them.
     [[nodiscard]] float outputVolume();
+    /// Whether a server has taken a connection of this process's and not said a word for two seconds: whoever
+    /// waits for such a one waits for ever. Any thread.
+    [[nodiscard]] static bool isServerSilent();
 
 private:
     class Link;

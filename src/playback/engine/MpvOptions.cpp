@@ -2,6 +2,7 @@
 
 #include "base/AppLogger.h"
 #include "base/Text.h"
+#include "platform/linux/PulseVolume.h"
 
 #include <algorithm>
 #include <array>
@@ -104,7 +105,10 @@ Options outputOptions(MpvOutputs outputs) {
     if (outputs == MpvOutputs::Window) {
         // The sound server, or the bare device where there is none. Nothing is loaded to hand decoded
         // pictures to OpenGL inside a graphics card: hardware decoding copies them.
-        return {{"vo", "libmpv"}, {"ao", "pulse,alsa"}, {"gpu-hwdec-interop", "no"}};
+        // mpv waits for a sound server without an end, and a picture without sound is better than none.
+        return {{"vo", "libmpv"},
+                {"ao", PulseVolume::isServerSilent() ? "null" : "pulse,alsa"},
+                {"gpu-hwdec-interop", "no"}};
     }
     return {{"vo", "null"}, {"ao", "null"}};
 }

@@ -3,6 +3,7 @@
 #include "screens/browse/CategoryListModel.h"
 #include "screens/browse/ChannelListModel.h"
 #include "store/LiveQuery.h"
+#include "style/ShownText.h"
 
 #include <QObject>
 #include <QString>
@@ -47,7 +48,7 @@ public:
     [[nodiscard]] CategoryListModel* categories() { return &m_categories; }
     [[nodiscard]] ChannelListModel* titles() { return &m_titles; }
     [[nodiscard]] bool isLoading() const;
-    [[nodiscard]] QString categoryName() const { return QString::fromStdString(m_categoryName); }
+    [[nodiscard]] QString categoryName() const { return shownText(m_categoryName); }
     [[nodiscard]] int categoryRow() const;
 
     Q_INVOKABLE void openCategory(int row);

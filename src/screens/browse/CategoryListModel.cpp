@@ -1,4 +1,5 @@
 #include "screens/browse/CategoryListModel.h"
+#include "style/ShownText.h"
 
 #include <QLocale>
 
@@ -25,7 +26,7 @@ QVariant CategoryListModel::data(const QModelIndex& index, int role) const {
     switch (role) {
     case Qt::DisplayRole:
     case NameRole:
-        return QString::fromStdString(row.name);
+        return shownText(row.name);
     case CountTextRole:
         return row.count ? QLocale().toString(static_cast<qlonglong>(*row.count)) : QString();
     default:

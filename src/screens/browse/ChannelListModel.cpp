@@ -3,6 +3,7 @@
 #include "base/AppLogger.h"
 #include "screens/pictures/PictureProvider.h"
 #include "store/LibraryStore.h"
+#include "style/ShownText.h"
 
 #include <QUrl>
 
@@ -83,7 +84,7 @@ QVariant ChannelListModel::data(const QModelIndex& index, int role) const {
     switch (role) {
     case Qt::DisplayRole:
     case NameRole:
-        return QString::fromStdString(channel.name);
+        return shownText(channel.name);
     case PictureRole:
         return pictureUrl(channel.logo);
     case RatingRole:

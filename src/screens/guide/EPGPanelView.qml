@@ -10,6 +10,20 @@ FocusScope {
     id: panel
     required property EPGPanelViewModel model
 
+    /// To the programmes, also those on their way, or to what there is in their place; false where there is nothing.
+    function takeFocus(): bool {
+        const isEmpty = panel.model.content === EPGPanelViewModel.Empty
+        if (isEmpty && !header.visible)
+            return false
+        if (days.visible)
+            days.forceActiveFocus(Qt.TabFocusReason)
+        else if (isEmpty)
+            header.forceActiveFocus(Qt.TabFocusReason)
+        else
+            programs.forceActiveFocus(Qt.TabFocusReason)
+        return true
+    }
+
     Accessible.role: Accessible.Pane
     Accessible.name: Texts.get("player.guide", "Guia de programação")
     Component.onCompleted: if (panel.visible) panel.model.appear()

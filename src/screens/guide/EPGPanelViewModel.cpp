@@ -71,10 +71,14 @@ void EPGPanelViewModel::disappear() {
 
 void EPGPanelViewModel::pickDay(int row) {
     if (const auto day = m_days.day(row)) {
-        const auto moment = std::chrono::floor<std::chrono::milliseconds>(*day);
-        setSelectedDate(QDateTime::fromMSecsSinceEpoch(moment.time_since_epoch().count()));
+        select(*day);
         setShowDatePicker(false);
     }
+}
+
+void EPGPanelViewModel::select(Date moment) {
+    const auto whole = std::chrono::floor<std::chrono::milliseconds>(moment);
+    setSelectedDate(QDateTime::fromMSecsSinceEpoch(whole.time_since_epoch().count()));
 }
 
 void EPGPanelViewModel::playCatchup(int row) {

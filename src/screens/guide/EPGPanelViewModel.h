@@ -70,6 +70,8 @@ public:
     /// It has gone: what is still on its way is dropped.
     Q_INVOKABLE void disappear();
     Q_INVOKABLE void toggleDatePicker() { setShowDatePicker(!m_showDatePicker); }
+    /// Shows what is on now.
+    void selectToday() { select(m_now()); }
     /// Shows the day at this row of `days`, and closes the list of days.
     Q_INVOKABLE void pickDay(int row);
     /// Asks for the recording of the programme at this row; nothing for one that has none.
@@ -79,6 +81,7 @@ public:
     Q_SIGNAL void contentChanged();
 
 private:
+    void select(Date moment);
     void loadPrograms();
     QCoro::Task<void> loadShortGuide(std::shared_ptr<XtreamAPIClient> client, std::uint64_t generation);
     [[nodiscard]] bool hasGuide() const;

@@ -1,6 +1,7 @@
 #include "screens/guide/EPGProgramListModel.h"
 
 #include "guide/DayTexts.h"
+#include "style/ShownText.h"
 
 #include <algorithm>
 
@@ -49,9 +50,9 @@ QVariant EPGProgramListModel::data(const QModelIndex& index, int role) const {
         return QString::fromStdString(m_texts.clockText(program.start));
     case Qt::DisplayRole:
     case TitleRole:
-        return QString::fromStdString(program.title);
+        return shownText(program.title);
     case DetailRole:
-        return QString::fromStdString(program.desc.value_or(std::string()));
+        return shownText(program.desc.value_or(std::string()));
     case MomentRole:
         return static_cast<int>(momentOf(program));
     case CanCatchupRole:

@@ -28,13 +28,15 @@ ListView {
         list.currentIndex = Math.max(0, row)
         list.positionViewAtIndex(Math.max(0, row - 1), ListView.Beginning)
     }
-    /// Whether the key means something here, and the current row has moved by it.
+    /// Whether the key means something here. One for pages and ends does so also where nothing is left to move.
     function move(key: int): bool {
         const isArrow = key === Qt.Key_Up || key === Qt.Key_Down
         const isLost = list.isCarriedAway && !list.isInSight(list.currentItem)
         const target = isArrow && isLost ? list.rowInSight() : list.targetOf(key)
-        if (target < 0 || target >= list.count || target === list.currentIndex)
+        if (target < 0 || target >= list.count)
             return false
+        if (target === list.currentIndex)
+            return !isArrow
         list.isCarriedAway = false
         list.currentIndex = target
         list.positionViewAtIndex(target, ListView.Contain)

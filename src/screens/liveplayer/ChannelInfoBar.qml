@@ -13,6 +13,10 @@ FocusScope {
     required property string currentProgramTitle
     signal viewToggled()
 
+    function takeFocus() {
+        toggle.forceActiveFocus(Qt.TabFocusReason)
+    }
+
     implicitHeight: 76
 
     Rectangle {

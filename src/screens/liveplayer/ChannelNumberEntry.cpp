@@ -1,4 +1,5 @@
 #include "screens/liveplayer/ChannelNumberEntry.h"
+#include "style/ShownText.h"
 
 namespace ondavia {
 
@@ -12,7 +13,7 @@ std::optional<std::size_t> ChannelNumberEntry::place() const {
 
 QString ChannelNumberEntry::channelName() const {
     const auto found = isTyping() ? place() : std::nullopt;
-    return found ? QString::fromStdString(m_channels->at(*found).name) : QString();
+    return found ? shownText(m_channels->at(*found).name) : QString();
 }
 
 void ChannelNumberEntry::type(int digit) {

@@ -1,6 +1,7 @@
 #include "screens/liveplayer/LiveChannelListModel.h"
 
 #include "screens/pictures/PictureProvider.h"
+#include "style/ShownText.h"
 
 #include <algorithm>
 
@@ -39,7 +40,7 @@ QVariant LiveChannelListModel::data(const QModelIndex& index, int role) const {
     switch (role) {
     case Qt::DisplayRole:
     case NameRole:
-        return QString::fromStdString(channel.name);
+        return shownText(channel.name);
     case NumberRole:
         return QString::number(channel.num);
     case LogoRole:

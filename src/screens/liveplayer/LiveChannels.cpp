@@ -15,20 +15,21 @@ LiveChannels LiveChannels::fetch(StoreContext& context) {
             {.where = field(&Channel::type) == "live", .sort = {ascending(&Channel::num)}},
             &Channel::groupTitle, &Channel::id, &Channel::playlistId, &Channel::streamId, &Channel::num,
             &Channel::name, &Channel::logo, &Channel::url, &Channel::epgChannelId, &Channel::tvArchive,
-            &Channel::tvArchiveDuration);
+            &Channel::tvArchiveDuration, &Channel::adult, &Channel::addedAt);
         std::unordered_map<std::string, std::size_t> places;
         channels.m_channels.reserve(rows.size());
         for (auto& row : rows) {
             auto& [groupTitle, id, playlistId, streamId, num, name, logo, url, epgChannelId, tvArchive,
-                   tvArchiveDuration] = row.members;
+                   tvArchiveDuration, adult, addedAt] = row.members;
             const auto [place, isNew] = places.try_emplace(groupTitle, channels.m_categories.size());
             if (isNew) {
                 channels.m_categories.push_back({std::move(groupTitle), {}});
             }
             channels.m_categories[place->second].rows.push_back(channels.m_channels.size());
-            channels.m_channels.push_back(
-                {std::move(id), std::move(playlistId), streamId, num, std::move(name), std::move(logo),
-                 std::move(url), std::move(epgChannelId), tvArchive, tvArchiveDuration, place->second});
+            channels.m_channels.push_back({std::move(id), std::move(playlistId), streamId, num,
+                                           std::move(name), std::move(logo), std::move(url),
+                                           std::move(epgChannelId), tvArchive, tvArchiveDuration, adult,
+                                           addedAt, place->second});
         }
     } catch (const StoreError& error) {
         AppLogger::general.error("The channels could not be read: %s", {error.what()});
@@ -52,6 +53,8 @@ Channel LiveChannels::channel(std::size_t row) const {
     channel.epgChannelId = kept.epgChannelId;
     channel.tvArchive = kept.tvArchive;
     channel.tvArchiveDuration = kept.tvArchiveDuration;
+    channel.adult = kept.adult;
+    channel.addedAt = kept.addedAt;
     return channel;
 }
 

@@ -25,6 +25,8 @@ struct LiveChannel final {
     std::optional<std::string> epgChannelId;
     bool tvArchive = false;
     std::int64_t tvArchiveDuration = 0;
+    bool adult = false;
+    Date addedAt{};
     /// Among `LiveChannels::categories`.
     std::size_t category = 0;
 };

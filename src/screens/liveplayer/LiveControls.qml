@@ -10,6 +10,7 @@ FocusScope {
     required property LivePlayerViewModel model
     /// What stands in the middle in the place of the button.
     property bool isWaiting: false
+    property bool hidesMiddle: false
     readonly property bool hasError: controls.model.error !== ""
     readonly property bool isFull: controls.model.isFullscreen
     readonly property real margin: controls.isFull ? Theme.marginFor(controls.width) : Theme.unit * 4
@@ -74,7 +75,7 @@ FocusScope {
         id: middle
         anchors.centerIn: parent
         // Beside a message there has to be room for them.
-        visible: !controls.hasError || controls.width > 640
+        visible: !controls.hidesMiddle && (!controls.hasError || controls.width > 640)
         spacing: controls.isFull && controls.width >= Theme.wideWindow ? Theme.unit * 12 : Theme.unit * 6
         PlayerButton {
             anchors.verticalCenter: parent.verticalCenter
@@ -128,6 +129,29 @@ FocusScope {
         opensToTheRight: false
         text: Texts.get("player.volume", "Volume")
         model: controls.model.levels.volume
+    }
+    Column {
+        x: controls.margin
+        anchors.bottom: parent.bottom
+        anchors.bottomMargin: Theme.unit * 4
+        width: controls.width - x * 2 - Theme.controlHeight - Theme.unit * 2
+        spacing: Theme.unit * 2
+        visible: controls.model.isRecording
+        Label {
+            width: parent.width
+            visible: !controls.isSmall
+            text: controls.model.recordingTitle
+            elide: Text.ElideRight
+        }
+        Button {
+            text: Texts.get("live.returnToLive", "Voltar ao direto")
+            symbol: "arrow.clockwise"
+            kind: Button.Secondary
+            // They fade as one.
+            opacity: 1
+            focusPolicy: Qt.TabFocus
+            onClicked: controls.model.returnToLive()
+        }
     }
     PlayerButton {
         anchors.right: parent.right

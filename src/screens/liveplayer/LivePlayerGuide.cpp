@@ -29,6 +29,10 @@ void LivePlayerViewModel::toggleView() {
 }
 
 void LivePlayerViewModel::openGuide() {
+    if (showEPG() && !isFullscreen()) {
+        openList();
+        return;
+    }
     setIsFullscreen(false);
     if (!showEPG()) {
         toggleView();
@@ -45,7 +49,7 @@ QCoro::Task<void> LivePlayerViewModel::showGuide() {
     }
     setIsLoadingEPG(false);
     setShowEPG(true);
-    m_guide.setSelectedDate(QDateTime::currentDateTime());
+    m_guide.selectToday();
 }
 
 QCoro::Task<void> LivePlayerViewModel::loadEPGDataIfNeeded() {
@@ -80,6 +84,7 @@ void LivePlayerViewModel::playCatchup(const EPGProgram& program) {
     if (!client) {
         return;
     }
+    m_number.cancel();
     const Channel& channel = currentChannel();
     const auto minutes =
         std::chrono::duration_cast<std::chrono::minutes>(program.stop - program.start).count();

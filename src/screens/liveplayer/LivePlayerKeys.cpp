@@ -8,12 +8,12 @@ void LivePlayerViewModel::bindKeys() {
     using Repeat = PlayerKeys::Repeat;
     PlayerKeys& list = *keys();
     list.bindPlayback(*this);
-    list.bind({{Qt::Key_PageUp, Qt::Key_ChannelUp, Qt::Key_MediaNext},
+    list.bind({{Qt::Key_PageUp, Qt::Key_ChannelUp},
                QStringLiteral("Page Up"),
                textFor("live.next", "Canal seguinte"),
                Repeat::No,
                [this](int) { switchToNextChannel(); }});
-    list.bind({{Qt::Key_PageDown, Qt::Key_ChannelDown, Qt::Key_MediaPrevious},
+    list.bind({{Qt::Key_PageDown, Qt::Key_ChannelDown},
                QStringLiteral("Page Down"),
                textFor("live.previous", "Canal anterior"),
                Repeat::No,

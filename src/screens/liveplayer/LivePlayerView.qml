@@ -19,10 +19,10 @@ FocusScope {
     function takePanelFocus() {
         if (view.isFull)
             return
-        if (view.model.showEPG)
-            guide.forceActiveFocus(Qt.TabFocusReason)
-        else
+        if (!view.model.showEPG)
             list.takeFocus()
+        else if (!guide.takeFocus())
+            infoBar.takeFocus()
     }
     function moveFocus(key: int) {
         const isAboveTheBar = infoBar.activeFocus && key === Qt.Key_Up
@@ -39,7 +39,9 @@ FocusScope {
             return true
         }
         if ((isEnter || key === Qt.Key_Tab) && stage.hasFocus) {
-            controls.takeFocus()
+            // A key held down would go on to press what it has led to.
+            if (!isAutoRepeat)
+                controls.takeFocus()
             return true
         }
         if (FocusGuide.isArrow(key) && !stage.hasFocus) {
@@ -56,10 +58,13 @@ FocusScope {
     Keys.onPressed: event => {
         const isCommand = event.modifiers & (Qt.ControlModifier | Qt.AltModifier | Qt.MetaModifier)
         event.accepted = true
-        if (FocusGuide.isBack(event.key) && event.key !== Qt.Key_Backspace)
-            view.model.goBack()
-        else
+        if (FocusGuide.isBack(event.key) && event.key !== Qt.Key_Backspace) {
+            if (!event.isAutoRepeat)
+                view.model.goBack()
+        }
+        else {
             event.accepted = !isCommand && view.handleKey(event.key, event.isAutoRepeat)
+        }
     }
     onShowsControlsChanged: if (!view.showsControls && !view.isInPanel && !layers.isCovering) stage.takeFocus()
     onIsFullChanged: {
@@ -99,6 +104,13 @@ FocusScope {
             filling.leave()
         }
     }
+    Connections {
+        target: view.model.guide
+        function onContentChanged() {
+            if (panel.activeFocus && view.model.guide.content === EPGPanelViewModel.Empty)
+                panelFocus.restart()
+        }
+    }
     Binding {
         target: view.model
         property: "containerWidth"
@@ -132,12 +144,14 @@ FocusScope {
             focus: true
             model: view.model
             onTapped: view.model.controls.toggleControls()
+            onDoubleClicked: view.model.toggleFullScreen()
         }
         LiveControls {
             id: controls
             anchors.fill: parent
             model: view.model
             isWaiting: stage.isWaiting
+            hidesMiddle: stage.isSmall && view.model.number.digits !== ""
             enabled: view.showsControls && !layers.isCovering
             opacity: view.showsControls ? 1 : 0
             // Also while it is still coming: the keyboard may be faster.
@@ -154,12 +168,6 @@ FocusScope {
             anchors.rightMargin: controls.margin
             y: Theme.unit * (stage.isSmall ? 14 : 20)
             model: view.model.number
-        }
-        InformationPanel {
-            x: controls.margin
-            y: Theme.unit * (stage.isSmall ? 2 : 24)
-            width: Math.min(implicitWidth, video.width - x * 2)
-            model: view.model.information
         }
         HiddenPointer {
             anchors.fill: parent
@@ -213,6 +221,12 @@ FocusScope {
             height: parent.height
             color: Theme.hairline
         }
+    }
+    InformationPanel {
+        x: controls.margin
+        y: Theme.unit * (stage.isSmall ? 2 : 24)
+        width: Math.min(implicitWidth, video.width - x * 2)
+        model: view.model.information
     }
     PlayerLayers {
         id: layers

@@ -10,6 +10,7 @@
 #include "screens/player/OrientationLock.h"
 #include "state/AppState.h"
 #include "store/StoreContext.h"
+#include "style/ShownText.h"
 
 #include <QGuiApplication>
 #include <QPointer>
@@ -26,6 +27,17 @@ std::vector<CategoryRow> categoryRows(const LiveChannels& channels) {
         rows.push_back({category.name, static_cast<std::int64_t>(category.rows.size())});
     }
     return rows;
+}
+
+/// A recording that comes back from the mini player belongs to its channel: that is what the view is of.
+Channel channelOf(const Channel& item, const LiveChannels& channels) {
+    for (std::size_t row = 0; row < channels.size(); ++row) {
+        const LiveChannel& channel = channels.at(row);
+        if (channel.streamId == item.streamId && item.id.starts_with(channel.id + "_catchup_")) {
+            return channels.channel(row);
+        }
+    }
+    return item;
 }
 
 double screenWidth() {
@@ -49,8 +61,12 @@ LivePlayerViewModel::LivePlayerViewModel(const LivePlayerServices& services, Cha
     controls()->setShowControls(false);
     setContainerWidth(screenWidth());
     m_categories.setRows(categoryRows(*m_allChannels));
+    // A category may have no name: the field is as it was then, and tells nobody.
+    m_channels.setCategory(m_initialChannel.groupTitle);
     setSelectedCategory(m_initialChannel.groupTitle);
-    setCurrentChannel(m_initialChannel);
+    setCurrentChannel(channelOf(m_initialChannel, *m_allChannels));
+    m_guide.setChannel(currentChannel());
+    m_guide.selectToday();
 }
 
 LivePlayerViewModel::~LivePlayerViewModel() = default;
@@ -58,7 +74,6 @@ LivePlayerViewModel::~LivePlayerViewModel() = default;
 void LivePlayerViewModel::connectFields() {
     using Self = LivePlayerViewModel;
     connect(this, &Self::currentChannelChanged, this, [this] {
-        m_guide.setChannel(currentChannel());
         Q_EMIT itemChanged();
         Q_EMIT currentRowChanged();
     });
@@ -67,6 +82,7 @@ void LivePlayerViewModel::connectFields() {
         Q_EMIT currentRowChanged();
     });
     connect(this, &Self::isFullscreenChanged, this, &Self::arrange);
+    connect(&services().appState, &AppState::currentChannelChanged, this, &Self::recordingChanged);
     connect(&m_guide, &EPGPanelViewModel::playCatchupRequested, this, &Self::playCatchup);
     connect(&m_number, &ChannelNumberEntry::chosen, this,
             [this](std::size_t place) { switchAnywhere(m_allChannels->channel(place)); });
@@ -80,8 +96,8 @@ void LivePlayerViewModel::appear() {
 }
 
 void LivePlayerViewModel::setup() {
-    if (!takesOver(currentChannel())) {
-        services().playerManager.play(currentChannel(), 0);
+    if (!takesOver(m_initialChannel)) {
+        services().playerManager.play(m_initialChannel, 0);
     }
     setupRemoteChannelNav();
     refreshFavorite();
@@ -110,10 +126,13 @@ void LivePlayerViewModel::switchChannel(Channel channel) {
     if (channel.id != currentChannel().id) {
         m_channelBefore = currentChannel();
     }
+    m_number.cancel();
     setCurrentChannel(channel);
     services().appState.setCurrentChannel(channel);
     setShowEPG(false);
-    m_guide.setSelectedDate(QDateTime::currentDateTime());
+    // Not before: a guide that shows would read the channel's day.
+    m_guide.setChannel(channel);
+    m_guide.selectToday();
     services().playerManager.play(channel, 0);
     recordChannelAccess(channel);
     loadCurrentProgram();
@@ -141,7 +160,9 @@ void LivePlayerViewModel::switchAnywhere(Channel channel) {
 }
 
 void LivePlayerViewModel::switchToChannelBefore() {
-    if (m_channelBefore) {
+    if (isRecording()) {
+        returnToLive();
+    } else if (m_channelBefore) {
         switchAnywhere(*m_channelBefore);
     }
 }
@@ -225,13 +246,24 @@ void LivePlayerViewModel::goBack() {
         return;
     } else if (isFullscreen()) {
         setIsFullscreen(false);
+    } else if (showEPG()) {
+        openList();
     } else {
         minimizeToMini();
     }
 }
 
 QString LivePlayerViewModel::title() const {
-    return QString::fromStdString(currentChannel().name);
+    return shownText(currentChannel().name);
+}
+
+bool LivePlayerViewModel::isRecording() const {
+    const auto& item = services().appState.currentChannel();
+    return item && item->id != currentChannel().id;
+}
+
+QString LivePlayerViewModel::recordingTitle() const {
+    return isRecording() ? shownText(services().appState.currentChannel()->name) : QString();
 }
 
 QUrl LivePlayerViewModel::logo() const {
@@ -239,7 +271,7 @@ QUrl LivePlayerViewModel::logo() const {
 }
 
 QString LivePlayerViewModel::programTitle() const {
-    return QString::fromStdString(currentProgramTitle().value_or(std::string()));
+    return shownText(currentProgramTitle().value_or(std::string()));
 }
 
 } // namespace ondavia

@@ -9,6 +9,7 @@
 #include "screens/liveplayer/LiveChannels.h"
 #include "screens/liveplayer/LivePlayerServices.h"
 #include "screens/player/PlayerScreen.h"
+#include "style/ShownText.h"
 
 #include <QUrl>
 #include <qqmlregistration.h>
@@ -31,6 +32,10 @@ class LivePlayerViewModel final : public ondavia::PlayerScreen {
     Q_PROPERTY(QUrl logo READ logo NOTIFY itemChanged)
     /// Empty when the guide knows of none.
     Q_PROPERTY(QString currentProgramTitle READ programTitle NOTIFY currentProgramTitleChanged)
+    /// What plays is a recording of the channel.
+    Q_PROPERTY(bool isRecording READ isRecording NOTIFY recordingChanged)
+    /// Which one; empty for none.
+    Q_PROPERTY(QString recordingTitle READ recordingTitle NOTIFY recordingChanged)
     Q_PROPERTY(bool isFavorite READ isFavorite NOTIFY isFavoriteChanged)
     Q_PROPERTY(bool showEPG READ showEPG NOTIFY showEPGChanged)
     Q_PROPERTY(bool isLoadingEPG READ isLoadingEPG NOTIFY isLoadingEPGChanged)
@@ -85,9 +90,11 @@ public:
     [[nodiscard]] QString title() const override;
     [[nodiscard]] QUrl logo() const;
     [[nodiscard]] QString programTitle() const;
+    [[nodiscard]] bool isRecording() const;
+    [[nodiscard]] QString recordingTitle() const;
     [[nodiscard]] double videoHeight() const { return containerWidth() * 9 / 16; }
     [[nodiscard]] CategoryListModel* categoryList() { return &m_categories; }
-    [[nodiscard]] QString categoryName() const { return QString::fromStdString(selectedCategory()); }
+    [[nodiscard]] QString categoryName() const { return shownText(selectedCategory()); }
     [[nodiscard]] int categoryRow() const;
     [[nodiscard]] LiveChannelListModel* channels() { return &m_channels; }
     [[nodiscard]] int currentRow() const { return m_channels.rowOf(currentChannel().id); }
@@ -109,22 +116,28 @@ public:
     /// A channel of the list was chosen.
     Q_INVOKABLE void chooseChannel(int row);
     Q_INVOKABLE void chooseCategory(int row);
-    /// Back to the channel that was on air before this one; nothing where there was none.
+    /// From a recording to what its channel shows now.
+    Q_INVOKABLE void returnToLive() { switchChannel(currentChannel()); }
+    /// Back to the channel that was on air before this one, or out of a recording; nothing where there was
+    /// none.
     Q_INVOKABLE void switchToChannelBefore();
 
     /// The guide in the place of the list, or the list in the place of the guide.
     Q_INVOKABLE void toggleView();
-    /// Either of them, and the arrangement in which it can be seen.
+    /// Either of them, and the arrangement in which it can be seen. A guide that can be seen makes room for
+    /// the list.
     Q_INVOKABLE void openGuide();
     Q_INVOKABLE void openList();
     QCoro::Task<void> loadEPGDataIfNeeded();
     void loadCurrentProgram();
     void playCatchup(const EPGProgram& program);
     Q_INVOKABLE void toggleFavorite();
-    /// Out of what covers the rest, out of the whole screen, out to the mini player: one of them.
+    /// Out of what covers the rest, out of the whole screen, out of the guide, out to the mini player: one of
+    /// them.
     Q_INVOKABLE void goBack();
 
     Q_SIGNAL void currentRowChanged();
+    Q_SIGNAL void recordingChanged();
     /// The viewer wants to go on in the list or the guide.
     Q_SIGNAL void panelWanted();
 

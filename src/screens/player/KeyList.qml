@@ -12,8 +12,10 @@ FocusScope {
     Accessible.name: Texts.get("player.keys.title", "Teclas")
     Keys.onPressed: event => {
         event.accepted = true
-        if (!page.scroll(event.key))
+        if (!page.canScroll(event.key))
             list.player.showKeys = false
+        else
+            page.scroll(event.key === Qt.Key_Down ? Qt.Key_PageDown : event.key === Qt.Key_Up ? Qt.Key_PageUp : event.key)
     }
 
     Rectangle {
@@ -63,7 +65,7 @@ FocusScope {
                         id: line
                         required property var modelData
                         width: lines.width
-                        height: 36
+                        height: Math.max(36, action.height + Theme.unit * 2)
                         Accessible.role: Accessible.ListItem
                         Accessible.name: line.modelData.keys + ": " + line.modelData.action
                         Rectangle {
@@ -81,12 +83,13 @@ FocusScope {
                             }
                         }
                         Label {
+                            id: action
                             x: 124
                             width: parent.width - x
                             anchors.verticalCenter: parent.verticalCenter
                             text: line.modelData.action
                             color: Theme.textMuted
-                            elide: Text.ElideRight
+                            wrapMode: Text.Wrap
                             Accessible.ignored: true
                         }
                     }

@@ -25,13 +25,14 @@ Item {
         y: view.model.corner.y
         width: view.model.windowWidth
         height: view.model.windowHeight
-        Behavior on x { enabled: mini.settles; NumberAnimation { duration: Theme.motion * 1.5; easing.type: Easing.OutBack; easing.overshoot: 0.6 } }
-        Behavior on y { enabled: mini.settles; NumberAnimation { duration: Theme.motion * 1.5; easing.type: Easing.OutBack; easing.overshoot: 0.6 } }
+        // A spring of response 0.3 s and damping fraction 0.75, in steps of 16 ms: (2π / 0.3)² × 0.016, and
+        // 2 × 0.75 × 2π / 0.3 × 0.016.
+        Behavior on x { enabled: mini.settles; SpringAnimation { spring: 7.02; damping: 0.503; epsilon: 0.25 } }
+        Behavior on y { enabled: mini.settles; SpringAnimation { spring: 7.02; damping: 0.503; epsilon: 0.25 } }
 
         Rectangle {
             anchors.fill: parent
             anchors.margins: -1
-            radius: Theme.unit
             color: Theme.stage
             border.width: 1
             border.color: Theme.handle
@@ -60,6 +61,8 @@ Item {
             anchors.fill: parent
             activeFocusOnTab: true
             preventStealing: true
+            // What lies below is not pointed at.
+            hoverEnabled: true
             cursorShape: Qt.PointingHandCursor
             Accessible.role: Accessible.Button
             Accessible.name: Texts.get("mini.expand", "Voltar ao ecrã inteiro") + ", " + view.model.name
@@ -72,6 +75,8 @@ Item {
                 area.isDragging = false
             }
             onPositionChanged: mouse => {
+                if (!area.pressed)
+                    return
                 const moved = area.way(mouse)
                 area.isDragging = area.isDragging || Math.hypot(moved.x, moved.y) >= view.model.dragDistance
                 if (area.isDragging)
@@ -87,8 +92,9 @@ Item {
                 view.model.endDrag(moved.x, moved.y)
             }
             onCanceled: {
+                if (area.isDragging)
+                    view.model.endDrag(0, 0)
                 area.isDragging = false
-                view.model.endDrag(0, 0)
             }
             FocusRing { control: area; radius: Theme.unit }
         }

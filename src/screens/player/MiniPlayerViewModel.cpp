@@ -2,6 +2,7 @@
 
 #include "playback/PlayerManager.h"
 #include "state/AppState.h"
+#include "style/ShownText.h"
 
 #include <algorithm>
 
@@ -36,7 +37,7 @@ bool MiniPlayerViewModel::isShown() const {
 
 QString MiniPlayerViewModel::name() const {
     const auto& channel = m_appState.currentChannel();
-    return channel ? QString::fromStdString(channel->name) : QString();
+    return channel ? shownText(channel->name) : QString();
 }
 
 bool MiniPlayerViewModel::isPlaying() const {

@@ -16,7 +16,8 @@ void PlayerKeys::bindPlayback(PlayerScreen& player) {
           textFor("player.keys.space", "Espaço") + QStringLiteral(", K"),
           textFor("player.keys.playPause", "Reproduzir ou pausar"),
           Repeat::No,
-          [&player](int) { player.togglePlayPause(); }});
+          [&player](int) { player.togglePlayPause(); },
+          Layers::Any});
 }
 
 void PlayerKeys::bindSound(PlayerScreen& player) {
@@ -34,7 +35,8 @@ void PlayerKeys::bindSound(PlayerScreen& player) {
           QStringLiteral("M"),
           textFor("player.keys.mute", "Silenciar ou ligar o som"),
           Repeat::No,
-          [&player](int) { player.toggleMute(); }});
+          [&player](int) { player.toggleMute(); },
+          Layers::Any});
 }
 
 void PlayerKeys::bindLayers(PlayerScreen& player) {
@@ -47,22 +49,25 @@ void PlayerKeys::bindLayers(PlayerScreen& player) {
           QStringLiteral("S"),
           textFor("player.settings", "Definições"),
           Repeat::No,
-          [&player](int) { player.showSettings() ? player.closeSettings() : player.openSettings(); }});
+          [&player](int) { player.showSettings() ? player.closeSettings() : player.openSettings(); },
+          Layers::Any});
     bind({{Qt::Key_I},
           QStringLiteral("I"),
           textFor("information.title", "Informação"),
           Repeat::No,
-          [&player](int) { player.information()->toggle(); }});
+          [&player](int) { player.information()->toggle(); },
+          Layers::Any});
     bind({{Qt::Key_Question},
           QStringLiteral("?"),
           textFor("player.keys.list", "Esta lista"),
           Repeat::No,
-          [&player](int) { player.setShowKeys(!player.showKeys()); }});
+          [&player](int) { player.setShowKeys(!player.showKeys()); },
+          Layers::Any});
 }
 
 bool PlayerKeys::press(int key, bool isAutoRepeat) {
     const Binding* binding = find(key);
-    if (binding == nullptr) {
+    if (binding == nullptr || (binding->layers == Layers::Below && m_isCovered())) {
         return false;
     }
     if (!isAutoRepeat || binding->repeat == Repeat::Yes) {

@@ -22,6 +22,8 @@ class PlayerKeys final : public QObject {
 
 public:
     enum class Repeat { No, Yes };
+    /// Whether a key means the same while a layer lies over the player.
+    enum class Layers { Below, Any };
     struct Binding final {
         std::vector<int> keys;
         QString names;
@@ -30,10 +32,12 @@ public:
         Repeat repeat;
         /// Takes the key that was pressed.
         std::function<void(int key)> run;
+        Layers layers = Layers::Below;
     };
 
-    explicit PlayerKeys(QObject* parent)
-        : QObject(parent) {}
+    /// `isCovered` tells whether a layer lies over the player.
+    explicit PlayerKeys(std::function<bool()> isCovered)
+        : m_isCovered(std::move(isCovered)) {}
 
     /// Each appends to the list. The player must outlive the object.
     void bind(Binding binding);
@@ -51,6 +55,7 @@ public:
 private:
     [[nodiscard]] const Binding* find(int key) const;
 
+    std::function<bool()> m_isCovered;
     std::vector<Binding> m_bindings;
     QString m_leaving;
 };

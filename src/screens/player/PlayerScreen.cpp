@@ -12,12 +12,18 @@ PlayerScreen::PlayerScreen(const PlayerScreenServices& services, SettingsSheetMo
     , m_levels(services.audioSession, services.systemVolume, services.screenBrightness, services.scheduler)
     , m_controls(services.scheduler, [this] { return m_levels.isSliderOpen() || isHeld(); })
     , m_information(services.playerManager, services.scheduler)
-    , m_keys(nullptr) {
+    , m_keys([this] { return showSettings() || showKeys(); }) {
     const PlayerManager& manager = m_services.playerManager;
     for (const auto signal : {&PlayerManager::isPlayingChanged, &PlayerManager::isBufferingChanged,
                               &PlayerManager::isMutedChanged, &PlayerManager::errorChanged}) {
         connect(&manager, signal, this, &PlayerScreen::stateChanged);
     }
+    // Who sees it stand still, at its end say, wants to know what is to be done.
+    connect(&manager, &PlayerManager::isPlayingChanged, this, [this] {
+        if (!isPlaying() && !isBuffering()) {
+            m_controls.wake();
+        }
+    });
     connect(this, &PlayerScreen::stateChanged, this, &PlayerScreen::watchWaiting);
     watchWaiting();
     connect(&m_levels, &PlayerLevels::sliderClosed, &m_controls, &ControlsAutoHide::resetControlsTimer);
@@ -26,6 +32,9 @@ PlayerScreen::PlayerScreen(const PlayerScreenServices& services, SettingsSheetMo
 PlayerScreen::~PlayerScreen() = default;
 
 void PlayerScreen::disappear() {
+    // What becomes of playback from now on is no longer this screen's.
+    disconnect(&m_services.playerManager, nullptr, this, nullptr);
+    m_patience.reset();
     m_levels.stop();
     m_information.setIsShown(false);
     leave();

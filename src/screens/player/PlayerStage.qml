@@ -18,6 +18,8 @@ FocusScope {
     /// Lies right over the picture.
     default property alias overlays: overlay.data
     signal tapped(real x, real y)
+    /// With a mouse, and after both of its taps.
+    signal doubleClicked()
 
     function takeFocus() {
         picture.forceActiveFocus()
@@ -45,6 +47,10 @@ FocusScope {
         Accessible.name: stage.model.title
         TapHandler {
             onTapped: eventPoint => stage.tapped(eventPoint.position.x, eventPoint.position.y)
+        }
+        TapHandler {
+            acceptedDevices: PointerDevice.Mouse
+            onDoubleTapped: stage.doubleClicked()
         }
         WheelHandler {
             acceptedDevices: PointerDevice.Mouse | PointerDevice.TouchPad
@@ -83,6 +89,21 @@ FocusScope {
             text: Texts.get("player.slow", "O servidor está a demorar.")
             font.pixelSize: Theme.captionSize
             color: Theme.textMuted
+        }
+    }
+    // Else a picture that stands still looks like one that hangs.
+    Rectangle {
+        anchors.centerIn: parent
+        visible: !stage.model.isPlaying && !stage.model.isBuffering && stage.model.error === ""
+            && !stage.model.controls.showControls
+        width: 64
+        height: width
+        radius: width / 2
+        color: Theme.disc
+        Icon {
+            anchors.centerIn: parent
+            symbol: "pause.fill"
+            size: 32
         }
     }
     Rectangle {

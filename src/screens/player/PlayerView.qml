@@ -20,7 +20,9 @@ FocusScope {
     function handleKey(key: int, isAutoRepeat: bool): bool {
         const entersControls = key === Qt.Key_Return || key === Qt.Key_Enter || key === Qt.Key_Tab
         if (entersControls && stage.hasFocus) {
-            controls.takeFocus()
+            // A key held down would go on to press what it has led to.
+            if (!isAutoRepeat)
+                controls.takeFocus()
             return true
         }
         if (FocusGuide.isArrow(key) && controls.activeFocus && !controls.steersWith(key)) {
@@ -33,9 +35,10 @@ FocusScope {
     Keys.onPressed: event => {
         const isCommand = event.modifiers & (Qt.ControlModifier | Qt.AltModifier | Qt.MetaModifier)
         event.accepted = true
-        if (FocusGuide.isBack(event.key))
-            view.goBack()
-        else
+        if (FocusGuide.isBack(event.key)) {
+            if (!event.isAutoRepeat)
+                view.goBack()
+        } else
             event.accepted = !isCommand && view.handleKey(event.key, event.isAutoRepeat)
     }
     onShowsControlsChanged: if (!view.showsControls && !layers.isCovering) stage.takeFocus()

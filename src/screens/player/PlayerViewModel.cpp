@@ -5,6 +5,7 @@
 #include "screens/player/NextEpisode.h"
 #include "screens/player/OrientationLock.h"
 #include "state/AppState.h"
+#include "style/ShownText.h"
 #include "style/Texts.h"
 
 namespace ondavia {
@@ -30,12 +31,6 @@ void PlayerViewModel::connectFields() {
     connect(&choices(), &PlaybackChoices::playbackSpeedChanged, this, &PlayerViewModel::speedTextChanged);
     connect(&m_seekBar, &VODSeekBarModel::isSeekingChanged, controls(),
             &ControlsAutoHide::resetControlsTimer);
-    // Who sees it stand still, at its end say, wants to know what is to be done.
-    connect(&services().playerManager, &PlayerManager::isPlayingChanged, this, [this] {
-        if (!isPlaying() && !isBuffering()) {
-            controls()->wake();
-        }
-    });
     connect(&m_taps, &VideoTaps::singleTapped, controls(), &ControlsAutoHide::toggleControls);
     connect(&m_taps, &VideoTaps::doubleTapped, &m_skips, &PlayerSkips::handleDoubleTapSeek);
 }
@@ -124,14 +119,14 @@ void PlayerViewModel::leave() {
 }
 
 QString PlayerViewModel::title() const {
-    return QString::fromStdString(m_channel.seriesName.value_or(m_channel.name));
+    return shownText(m_channel.seriesName.value_or(m_channel.name));
 }
 
 QString PlayerViewModel::episodeLine() const {
     if (m_channel.type != "series") {
         return {};
     }
-    return m_channel.episodeTitle ? QString::fromStdString(*m_channel.episodeTitle)
+    return m_channel.episodeTitle ? shownText(*m_channel.episodeTitle)
                                   : QStringLiteral("Ep. %1").arg(m_channel.episodeNum.value_or(0));
 }
 

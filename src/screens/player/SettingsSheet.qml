@@ -14,7 +14,9 @@ FocusScope {
     Accessible.name: Texts.get("player.settings", "Definições")
     Component.onCompleted: close.forceActiveFocus()
     Keys.onPressed: event => {
-        if (FocusGuide.isBack(event.key)) {
+        if (FocusGuide.isBack(event.key) && event.isAutoRepeat) {
+            event.accepted = true
+        } else if (FocusGuide.isBack(event.key)) {
             event.accepted = true
             sheet.player.closeSettings()
         } else if (FocusGuide.isArrow(event.key)) {

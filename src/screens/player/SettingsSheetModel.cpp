@@ -2,6 +2,7 @@
 
 #include "playback/PlayerManager.h"
 #include "screens/player/PlaybackChoices.h"
+#include "style/ShownText.h"
 #include "style/Texts.h"
 
 #include <algorithm>
@@ -34,7 +35,7 @@ QString skipTitle(std::int64_t seconds) {
 QVariantList trackOptions(const std::vector<OndaviaMediaTrack>& tracks) {
     QVariantList options;
     for (const OndaviaMediaTrack& track : tracks) {
-        options.append(settingsOption(QString::fromStdString(track.name), track.isEnabled));
+        options.append(settingsOption(shownText(track.name), track.isEnabled));
     }
     return options;
 }
@@ -115,12 +116,12 @@ QString SettingsSheetModel::notAvailable() {
 
 QString SettingsSheetModel::currentAudioName() const {
     const OndaviaMediaTrack* track = enabledTrack(m_audioTracks);
-    return track != nullptr ? QString::fromStdString(track->name) : notAvailable();
+    return track != nullptr ? shownText(track->name) : notAvailable();
 }
 
 QString SettingsSheetModel::currentSubtitleName() const {
     const OndaviaMediaTrack* track = enabledTrack(m_subtitleTracks);
-    return track != nullptr ? QString::fromStdString(track->name) : subtitlesOff();
+    return track != nullptr ? shownText(track->name) : subtitlesOff();
 }
 
 QString SettingsSheetModel::aspectName() const {

@@ -26,7 +26,7 @@ FocusScope {
     // goes back from the first page of a tab leaves the tab, then the application.
     Keys.onPressed: event => {
         event.accepted = FocusGuide.isBack(event.key) || FocusGuide.move(root, event.key)
-        if (FocusGuide.isBack(event.key))
+        if (FocusGuide.isBack(event.key) && !event.isAutoRepeat)
             root.goBack()
     }
     Component.onCompleted: {

@@ -44,6 +44,8 @@ TEST_F(LiveChannelsTest, KeepWhatTheOtherScreensNeedOfAChannel) {
     full.logo = "http://tv.example/logo.png";
     full.tvArchive = true;
     full.tvArchiveDuration = 3;
+    full.adult = true;
+    full.addedAt = Date(std::chrono::hours(24));
     fill({full});
     const LiveChannels channels = fetch();
     EXPECT_EQ(channels.channel(*channels.withNumber(7)), full);

@@ -107,6 +107,32 @@ TEST_F(LiveKeysTest, ZapWithThePageAndTheChannelKeys) {
     EXPECT_EQ(onAir(), "main_1") << "a key held down does not race through the list";
 }
 
+TEST_F(LiveKeysTest, AnotherZapForgetsTheNumberThatIsBeingTyped) {
+    press(Qt::Key_4);
+    press(Qt::Key_PageUp);
+    EXPECT_EQ(onAir(), "main_2");
+    scheduler.advance(2.1);
+    EXPECT_EQ(onAir(), "main_2");
+    press(Qt::Key_4);
+    press(Qt::Key_Backspace);
+    scheduler.advance(2.1);
+    EXPECT_EQ(onAir(), "main_1");
+}
+
+TEST_F(LiveKeysTest, BelowASheetOnlyThoseWorkThatMeanTheSameThere) {
+    press(Qt::Key_S);
+    ASSERT_TRUE(player().showSettings());
+    for (const int key : {Qt::Key_4, Qt::Key_PageUp, Qt::Key_Backspace, Qt::Key_G, Qt::Key_L, Qt::Key_Up}) {
+        EXPECT_FALSE(press(key)) << key;
+    }
+    scheduler.advance(2.1);
+    EXPECT_EQ(onAir(), "main_1");
+    EXPECT_TRUE(press(Qt::Key_M));
+    EXPECT_TRUE(press(Qt::Key_S));
+    EXPECT_FALSE(player().showSettings());
+    EXPECT_TRUE(press(Qt::Key_PageUp));
+}
+
 TEST_F(LiveKeysTest, ChangeBetweenListAndGuideAlsoFromTheWholeScreen) {
     int wanted = 0;
     const QObject listener;
@@ -115,11 +141,18 @@ TEST_F(LiveKeysTest, ChangeBetweenListAndGuideAlsoFromTheWholeScreen) {
     press(Qt::Key_G);
     EXPECT_TRUE(player().showEPG());
     EXPECT_FALSE(player().isFullscreen());
-    press(Qt::Key_G);
-    EXPECT_TRUE(player().showEPG());
     press(Qt::Key_L);
     EXPECT_FALSE(player().showEPG());
-    EXPECT_EQ(wanted, 3);
+    press(Qt::Key_G);
+    EXPECT_TRUE(player().showEPG());
+    press(Qt::Key_G);
+    EXPECT_FALSE(player().showEPG()) << "the same key takes it away";
+    press(Qt::Key_G);
+    player().goBack();
+    EXPECT_FALSE(player().showEPG());
+    EXPECT_TRUE(appState.isPlaying());
+    EXPECT_FALSE(appState.showMiniPlayer()) << "the way back leads through the list";
+    EXPECT_EQ(wanted, 6);
 }
 
 TEST_F(LiveKeysTest, DoWhatThePlayersKeysDo) {

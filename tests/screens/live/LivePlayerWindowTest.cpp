@@ -170,7 +170,16 @@ TEST_F(LivePlayerWindowTest, TheKeyboardGoesToTheListAndBack) {
     press(Qt::Key_Down);
     press(Qt::Key_Down);
     EXPECT_EQ(focusName(), "Desporto HD 3");
-    EXPECT_TRUE(systemVolume.asked.empty()) << "there the arrows mean the list";
+    press(Qt::Key_End);
+    press(Qt::Key_PageDown);
+    EXPECT_EQ(onAir(), "Desporto HD 1") << "there the page keys mean the list, at its end too";
+    press(Qt::Key_Home);
+    press(Qt::Key_PageUp);
+    EXPECT_EQ(focusName(), "Desporto HD 1");
+    EXPECT_EQ(onAir(), "Desporto HD 1");
+    press(Qt::Key_Down);
+    press(Qt::Key_Down);
+    EXPECT_TRUE(systemVolume.asked.empty()) << "nor do the arrows mean the volume";
     press(Qt::Key_Return);
     EXPECT_EQ(onAir(), "Desporto HD 3");
     EXPECT_EQ(focusName(), "Desporto HD 3");

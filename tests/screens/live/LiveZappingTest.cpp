@@ -99,6 +99,21 @@ TEST_F(LiveZappingTest, FromOutsideOfTheCategoryBothGoToItsFirstChannel) {
     EXPECT_EQ(onAir(), "main_5");
 }
 
+TEST_F(LiveZappingTest, ACategoryMayHaveNoName) {
+    fill({channel(1, ""), channel(2, "")});
+    open(1, "");
+    EXPECT_THAT(listed(), ElementsAre("Canal 1", "Canal 2"));
+    EXPECT_EQ(player().categoryRow(), 0);
+    player().switchToNextChannel();
+    EXPECT_EQ(onAir(), "main_2");
+}
+
+TEST_F(LiveZappingTest, AFavouriteIsKnownFromTheBeginning) {
+    FavoritesService(store->mainContext(), "main").toggleFavorite("main_2");
+    open(2);
+    EXPECT_TRUE(player().isFavorite());
+}
+
 TEST_F(LiveZappingTest, ACategoryWithoutChannelsLeadsNowhere) {
     open(8, "Desaparecidos");
     EXPECT_THAT(listed(), IsEmpty());
