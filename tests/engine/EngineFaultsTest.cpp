@@ -1,7 +1,10 @@
 #include "engine/EngineTestSupport.h"
+#include "support/EndlessReply.h"
+#include "support/HttpServer.h"
 
 #include <gmock/gmock.h>
 
+#include <atomic>
 #include <fstream>
 
 namespace ondavia::testing {
@@ -131,6 +134,22 @@ TEST(EngineFaults, PlaylistWithoutAnEndHasNoDuration) {
     engine->prepareToPlay();
     ASSERT_TRUE(engine.awaitPosition(0.5));
     EXPECT_EQ(engine->duration(), 0);
+}
+
+TEST(EngineFaults, APlaylistThatNeverEndsIsGivenUpAndNotKept) {
+    EndlessReply endless;
+    HttpServer http;
+    std::atomic<int> requests = 0;
+    http.server.Get("/live/list.m3u8", [&](const httplib::Request&, httplib::Response& reply) {
+        ++requests;
+        endless.answer(reply, "#EXTM3U\n#EXTINF:2,\nsegment.ts\n");
+    });
+    http.start();
+    EXPECT_EQ(outcomeOf(http.url("/live/list.m3u8")), "finish:1");
+    EXPECT_TRUE(waitUntil([&] { return endless.isLeft.load(); }));
+    EXPECT_EQ(requests, 1) << "it is not handed on";
+    EXPECT_LT(endless.bytes, std::int64_t{64} << 20);
+    endless.isOver = true;
 }
 
 TEST(EngineFaults, FFmpegNeverWritesToStandardErrorByItself) {

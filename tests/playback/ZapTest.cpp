@@ -75,7 +75,6 @@ TEST_F(ZapWithOneConnection, TheOldOneIsClosedBeforeTheNewOneIsOpened) {
     for (int number = 0; number < zaps; ++number) {
         manager.play(demoChannel(1001 + number % channels), 0);
         ASSERT_TRUE(showsPicture()) << "zap " << number;
-        ASSERT_EQ(manager.retryCount(), 0) << "zap " << number;
         ASSERT_EQ(provider->mostStreams(), 1) << "zap " << number;
     }
 }
@@ -89,7 +88,6 @@ TEST_F(ZapWithOneConnection, AlsoWhereNobodyWaitsForThePicture) {
         }
     }
     EXPECT_TRUE(showsPicture());
-    EXPECT_EQ(manager.retryCount(), 0);
     EXPECT_EQ(provider->mostStreams(), 1);
 }
 
@@ -235,7 +233,6 @@ TEST_F(Zap, ConnectionsOfFFmpegsAreClosedToo) {
         ASSERT_TRUE(showsPicture()) << "zap " << number;
         ASSERT_TRUE(waitUntil([&] { return server.isFetched(number % 2); }));
         EXPECT_FALSE(server.hadBoth()) << "zap " << number;
-        EXPECT_EQ(manager.retryCount(), 0);
     }
     manager.stop();
     EXPECT_TRUE(waitUntil([&] { return !server.isFetched(0) && !server.isFetched(1); }));

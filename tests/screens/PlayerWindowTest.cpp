@@ -413,7 +413,9 @@ TEST_F(PlayerWindowTest, ShrinksIntoTheMiniPlayerAndComesBack) {
     settle();
     EXPECT_EQ(mini->mapToScene(QPointF()), QPointF(96 + 12, 500 - 155 - 55));
     EXPECT_THAT(journal, ::testing::IsEmpty());
-    moveBy({4, 4});
+    moveBy({6, 8});
+    EXPECT_FALSE(models->player()->isPresented()) << "ten is a drag";
+    moveBy({7, 7});
     EXPECT_TRUE(models->player()->isPresented()) << "less than ten is a tap";
     EXPECT_EQ(named("miniPlayer"), nullptr);
     EXPECT_THAT(journal, ::testing::IsEmpty()) << "the engine heard nothing of it all";

@@ -87,8 +87,28 @@ bool CurlMediaStream::openNow() {
         return false;
     }
     static_cast<void>(awaitBytes(tellingBytes));
-    m_isPlaylist = m_connection != nullptr && namesOtherAddresses(m_connection->bytes());
-    return !m_cancelled && m_connection != nullptr && !m_isPlaylist;
+    if (m_cancelled || m_connection == nullptr || !namesOtherAddresses(m_connection->bytes())) {
+        return !m_cancelled && m_connection != nullptr;
+    }
+    m_isPlaylist = playlistEnds();
+    return false;
+}
+
+/// Whoever reads it next keeps all of it, whatever its length.
+bool CurlMediaStream::playlistEnds() {
+    const auto start = Clock::now();
+    std::size_t length = 0;
+    while (!m_connection->result()) {
+        length += m_connection->bytes().size();
+        m_connection->drop(m_connection->bytes().size());
+        if (length > longestPlaylist || Clock::now() - start > longestSilence) {
+            return giveUp("a playlist without an end");
+        }
+        if (!advance()) {
+            return false;
+        }
+    }
+    return true;
 }
 
 std::int64_t CurlMediaStream::read(char* to, std::size_t size) {

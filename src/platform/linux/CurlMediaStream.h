@@ -38,6 +38,8 @@ enum class MediaStreamEnd {
 class CurlMediaStream final : public ByteSource {
 public:
     static constexpr std::size_t readAhead = std::size_t{256} << 10;
+    /// Bytes. A day of segments of two seconds has some 6 MiB.
+    static constexpr std::size_t longestPlaylist = std::size_t{8} << 20;
 
     /// `url`, encoded, may hold the account. Opens nothing yet.
     explicit CurlMediaStream(std::string url);
@@ -45,7 +47,8 @@ public:
     CurlMediaStream(const CurlMediaStream&) = delete;
     CurlMediaStream& operator=(const CurlMediaStream&) = delete;
 
-    /// Waits for the first bytes. A list of addresses has none that are worth reading.
+    /// Waits for the first bytes. A list of addresses has none that are worth reading, but is waited for to its
+    /// end; one that is longer than `longestPlaylist`, or takes more than a minute, has failed.
     [[nodiscard]] bool open() override;
     [[nodiscard]] std::int64_t read(char* to, std::size_t size) override;
     /// False where the server gives no ranges.
@@ -70,6 +73,7 @@ private:
 
     /// All with the lock held.
     [[nodiscard]] bool openNow();
+    [[nodiscard]] bool playlistEnds();
     [[nodiscard]] std::int64_t readNow(char* to, std::size_t size);
     [[nodiscard]] bool connect();
     [[nodiscard]] bool advance();
