@@ -17,6 +17,7 @@ constexpr int usageStatus = 2;
 /// What CLI11 fills, before it is checked and converted.
 struct RawArguments final {
     bool json = false;
+    std::string onlyType;
     std::string category;
     std::int64_t limit = 0;
     std::vector<std::string> catchup;
@@ -116,6 +117,11 @@ void describeCatalogue(CLI::App& app, Arguments& arguments, RawArguments& raw) {
     addType(*list, arguments);
     list->add_option("--category", raw.category, "only the items of this category");
     list->add_option("--limit", raw.limit, "no more than so many items")->check(CLI::PositiveNumber);
+    auto* search = describe(app, arguments, &searchItems, "search",
+                            "List the items whose name, category or series has TEXT in it");
+    search->add_option("TEXT", arguments.text, "at least two characters")->required();
+    search->add_option("--type", raw.onlyType, "only live, movies or series")
+        ->transform(CLI::Validator(normaliseType, ""));
     addId(*describe(app, arguments, &showItem, "show", "Show all that is known of an item"), arguments,
           "id of an item or an episode");
 }
@@ -247,6 +253,9 @@ ParsedArguments parseArguments(int argc, char** argv) {
     arguments.format = raw.json ? OutputFormat::Json : OutputFormat::Text;
     if (!raw.category.empty()) {
         arguments.category = raw.category;
+    }
+    if (!raw.onlyType.empty()) {
+        arguments.onlyType = raw.onlyType;
     }
     if (raw.limit > 0) {
         arguments.limit = raw.limit;

@@ -29,6 +29,9 @@ struct Arguments final {
     std::string type;
     std::optional<std::string> category;
     std::optional<std::int64_t> limit;
+    /// What to search for.
+    std::string text;
+    std::optional<std::string> onlyType;
     std::string id;
     std::vector<std::string> ids;
     std::string file;

@@ -1,11 +1,13 @@
 #include "app/Services.h"
 #include "base/Redaction.h"
+#include "base/Text.h"
 #include "base/VisibleText.h"
 #include "cli/Account.h"
 #include "cli/Arguments.h"
 #include "cli/Items.h"
 #include "cli/Output.h"
 #include "library/RefreshSchedule.h"
+#include "library/SearchIndex.h"
 #include "protocol/XtreamAPIClient.h"
 
 #include <map>
@@ -106,6 +108,24 @@ QCoro::Task<void> listItems(CommandContext context) {
     query.limit = arguments.limit;
     Output::Table table = tableOfItems(context.output);
     rows.forEach<Channel>(query, [&table](Channel channel) { table.add(recordOf(channel)); });
+    table.finish();
+    co_return;
+}
+
+QCoro::Task<void> searchItems(CommandContext context) {
+    const Arguments& arguments = context.arguments;
+    StoreContext& rows = context.services.store->mainContext();
+    hintAtEmptyCatalogue(rows);
+    if (!firstCharacters(arguments.text, SearchIndex::minimumLength)) {
+        throw CommandError("a search needs at least two characters");
+    }
+    const SearchIndex index = SearchIndex::read(rows);
+    Output::Table table = tableOfItems(context.output);
+    for (const std::size_t place : index.find(arguments.text, arguments.onlyType)) {
+        if (const auto item = rows.fetchByKey<Channel>(index.key(place))) {
+            table.add(recordOf(*item));
+        }
+    }
     table.finish();
     co_return;
 }

@@ -42,6 +42,7 @@ QCoro::Task<void> showAccount(CommandContext context);
 QCoro::Task<void> synchronise(CommandContext context);
 QCoro::Task<void> listCategories(CommandContext context);
 QCoro::Task<void> listItems(CommandContext context);
+QCoro::Task<void> searchItems(CommandContext context);
 QCoro::Task<void> showItem(CommandContext context);
 
 QCoro::Task<void> showSeries(CommandContext context);

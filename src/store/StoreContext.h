@@ -128,16 +128,22 @@ public:
     template<Entity T, class... Members>
     [[nodiscard]] std::vector<PartialRow<Members...>> fetchMembers(const Query<T>& query,
                                                                    Members T::*... members) {
+        std::vector<PartialRow<Members...>> rows;
+        forEachMembers(
+            query, [&rows](PartialRow<Members...>&& row) { rows.push_back(std::move(row)); }, members...);
+        return rows;
+    }
+    /// The same one by one, without ever holding them all. `receive` must not use this context.
+    template<Entity T, class Receive, class... Members>
+    void forEachMembers(const Query<T>& query, Receive&& receive, Members T::*... members) {
         std::string selected(keyColumn);
         ((selected += ", " + quotedName(columnName(members))), ...);
-        std::vector<PartialRow<Members...>> rows;
-        read(EntityTraits<T>::file, selectText(selected, query), [&rows](SQLite::Statement& row) {
+        read(EntityTraits<T>::file, selectText(selected, query), [&receive](SQLite::Statement& row) {
             int index = 1;
             // The braces fix the order of the reads.
-            rows.push_back(
-                {row.getColumn(0).getInt64(), std::tuple{readMember<Members>(row.getColumn(index++))...}});
+            receive(PartialRow<Members...>{row.getColumn(0).getInt64(),
+                                           std::tuple{readMember<Members>(row.getColumn(index++))...}});
         });
-        return rows;
     }
 
     /// Inserts `row` at the next save; a row of the same id is replaced then.

@@ -193,5 +193,25 @@ TEST(CatalogueOutput, AnAccountInAPicturesAddressIsMasked) {
     }
 }
 
+TEST_F(CatalogueCommands, SearchListsWhatHasTheTextInItsNameItsCategoryOrItsSeries) {
+    cli.fill(url());
+    const auto all = items("movie");
+    const std::string name = all.at(0)[QStringLiteral("name")].toString().toStdString();
+    const auto upper = QString::fromStdString(name).toUpper();
+    const auto found = textsOf(json({QStringLiteral("search"), upper}), "id");
+    EXPECT_THAT(found, ::testing::Contains(all.at(0)[QStringLiteral("id")].toString().toStdString()));
+    const QString group = all.at(0)[QStringLiteral("groupTitle")].toString();
+    const auto ofGroup =
+        json({QStringLiteral("search"), group, QStringLiteral("--type"), QStringLiteral("movies")});
+    EXPECT_GE(ofGroup.size(), 2U);
+    for (const auto& item : ofGroup) {
+        EXPECT_EQ(item[QStringLiteral("type")].toString(), QStringLiteral("movie"));
+    }
+    EXPECT_EQ(cli.run({QStringLiteral("search"), QStringLiteral("qqqq")}).output, "");
+    const auto tooShort = cli.run({QStringLiteral("search"), QStringLiteral("a")});
+    EXPECT_EQ(tooShort.status, 1);
+    EXPECT_TRUE(holds(tooShort.errors, "at least two characters")) << tooShort.errors;
+}
+
 } // namespace
 } // namespace ondavia::cli::testing

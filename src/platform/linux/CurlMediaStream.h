@@ -47,8 +47,8 @@ public:
     CurlMediaStream(const CurlMediaStream&) = delete;
     CurlMediaStream& operator=(const CurlMediaStream&) = delete;
 
-    /// Waits for the first bytes. A list of addresses has none that are worth reading, but is waited for to its
-    /// end; one that is longer than `longestPlaylist`, or takes more than a minute, has failed.
+    /// Waits for the first bytes. A list of addresses has none that are worth reading, but is waited for to
+    /// its end; one that is longer than `longestPlaylist`, or takes more than a minute, has failed.
     [[nodiscard]] bool open() override;
     [[nodiscard]] std::int64_t read(char* to, std::size_t size) override;
     /// False where the server gives no ranges.
