@@ -202,17 +202,10 @@ TEST_F(LiveGuideTest, PlaysARecordingWithoutLeavingTheChannel) {
 TEST_F(LiveGuideTest, ARecordingLeadsBackToItsChannelsLivePicture) {
     signIn();
     open(2);
-    const EPGProgram past{"p",
-                          "guia.2",
-                          "Ontem",
-                          std::nullopt,
-                          now - std::chrono::hours(5),
-                          now - std::chrono::hours(4),
-                          std::nullopt};
     EXPECT_FALSE(player().isRecording());
-    player().playCatchup(past);
+    player().playCatchup(past(minutes(30)));
     EXPECT_TRUE(player().isRecording());
-    EXPECT_EQ(player().recordingTitle(), QStringLiteral("Canal 2 — Ontem"));
+    EXPECT_EQ(player().recordingTitle(), QStringLiteral("Canal 2 — Ontem à Noite"));
     player().switchToChannelBefore();
     EXPECT_EQ(plays(2), 2);
     EXPECT_FALSE(player().isRecording());
@@ -222,14 +215,7 @@ TEST_F(LiveGuideTest, ARecordingLeadsBackToItsChannelsLivePicture) {
 TEST_F(LiveGuideTest, ARecordingFromTheMiniPlayerComesBackToItsChannel) {
     signIn();
     open(2);
-    const EPGProgram past{"p",
-                          "guia.2",
-                          "Ontem",
-                          std::nullopt,
-                          now - std::chrono::hours(5),
-                          now - std::chrono::hours(4),
-                          std::nullopt};
-    player().playCatchup(past);
+    player().playCatchup(past(minutes(30)));
     run();
     player().minimizeToMini();
     drainEvents();
