@@ -2,6 +2,7 @@
 
 #include "PlayerSides.h"
 #include "app/MainWindow.h"
+#include "base/Heap.h"
 
 #include <QFile>
 #include <QGuiApplication>
@@ -179,6 +180,7 @@ int runComparison() {
 } // namespace ondavia::bench
 
 int main(int argc, char** argv) {
+    ondavia::shareHeapAmongThreads();
     const QGuiApplication application(argc, argv);
     std::setlocale(LC_NUMERIC, "C");
     const QStringList arguments = QCoreApplication::arguments();

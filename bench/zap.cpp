@@ -1,6 +1,7 @@
 #include "PlayerSides.h"
 #include "support/BenchSupport.h"
 
+#include "base/Heap.h"
 #include "screens/QmlModules.h"
 #include "screens/liveplayer/LivePlayerViewModel.h"
 
@@ -207,6 +208,7 @@ void runSide(const QString& side, const QString& provider) {
 } // namespace ondavia::bench
 
 int main(int argc, char** argv) {
+    ondavia::shareHeapAmongThreads();
     const QGuiApplication application(argc, argv);
     std::setlocale(LC_NUMERIC, "C");
     const QStringList arguments = QCoreApplication::arguments();

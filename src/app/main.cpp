@@ -1,6 +1,7 @@
 #include "app/MainWindow.h"
 #include "app/QtMessages.h"
 #include "app/Services.h"
+#include "base/Heap.h"
 #include "base/Redaction.h"
 #include "base/VisibleText.h"
 #include "platform/linux/MessageBus.h"
@@ -77,6 +78,7 @@ private:
 } // namespace
 
 int main(int argc, char** argv) {
+    ondavia::shareHeapAmongThreads();
     ondavia::routeQtMessages();
     QCoreApplication::setApplicationName(QStringLiteral("ondavia"));
     QCoreApplication::setApplicationVersion(QStringLiteral(ONDAVIA_VERSION));
