@@ -17,6 +17,7 @@
 #include <cstdio>
 #include <map>
 #include <stdexcept>
+#include <string_view>
 #include <vector>
 
 namespace ondavia::bench {
@@ -208,7 +209,10 @@ void runSide(const QString& side, const QString& provider) {
 } // namespace ondavia::bench
 
 int main(int argc, char** argv) {
-    ondavia::shareHeapAmongThreads();
+    // As the application; the bare library's side has the heap as it comes.
+    if (!std::string_view(argc > 1 ? argv[1] : "").ends_with("bare")) {
+        ondavia::keepHeapSmall();
+    }
     const QGuiApplication application(argc, argv);
     std::setlocale(LC_NUMERIC, "C");
     const QStringList arguments = QCoreApplication::arguments();

@@ -8,6 +8,7 @@
 #include "cli/Output.h"
 #include "protocol/AccountExpiry.h"
 #include "protocol/XtreamAPIClient.h"
+#include "protocol/wire/DecodingError.h"
 
 #include <QJsonDocument>
 
@@ -136,8 +137,8 @@ QCoro::Task<Doctor::Verdict> Doctor::askCategories(std::string action) {
     std::set<std::string> ids;
     for (const auto& category : categories) {
         if (!ids.insert(category.categoryId).second) {
-            co_return Verdict{Result::Useless, "the category id \"" + category.categoryId +
-                                                   "\" stands twice: no catalogue can be made of that"};
+            co_return Verdict{Result::Useless, "the category id " + excerpt(category.categoryId) +
+                                                   " stands twice: no catalogue can be made of that"};
         }
     }
     co_return Verdict{categories.empty() ? Result::Questionable : Result::Good,

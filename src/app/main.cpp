@@ -78,7 +78,7 @@ private:
 } // namespace
 
 int main(int argc, char** argv) {
-    ondavia::shareHeapAmongThreads();
+    ondavia::keepHeapSmall();
     ondavia::routeQtMessages();
     QCoreApplication::setApplicationName(QStringLiteral("ondavia"));
     QCoreApplication::setApplicationVersion(QStringLiteral(ONDAVIA_VERSION));

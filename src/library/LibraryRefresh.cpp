@@ -14,6 +14,7 @@
 #include "store/LibraryStore.h"
 
 #include <QPointer>
+#include <algorithm>
 #include <set>
 #include <type_traits>
 
@@ -44,11 +45,19 @@ LibraryRefresh::LibraryRefresh(SyncEnvironment environment, GuideEnvironment gui
     : m_environment(std::move(environment))
     , m_guide(std::move(guide))
     , m_now(std::move(now)) {
+    forgetDamagedGuide();
     const AppState& state = m_environment.appState;
     connect(&state, &AppState::accountChanged, this, &LibraryRefresh::changeAccount);
     connect(&state, &AppState::storedAccountCame, this, &LibraryRefresh::claimLibrary);
     if (state.hasCredentials()) {
         claimLibrary();
+    }
+}
+
+/// What starts empty is due, whenever it was last loaded. (An empty catalogue is loaded in any case.)
+void LibraryRefresh::forgetDamagedGuide() {
+    if (std::ranges::count(m_environment.store.openReport().rebuiltFiles, StoreFile::Guide) > 0) {
+        m_environment.defaults.removeObjectForKey(guideSchedule.lastKey);
     }
 }
 

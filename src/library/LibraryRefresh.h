@@ -69,6 +69,7 @@ private:
     void loadCategoriesFromCache();
     void lowerOverlay();
     void claimLibrary();
+    void forgetDamagedGuide();
     [[nodiscard]] bool wasSignedOutElsewhere() const;
     void changeAccount();
     void abandonRuns();

@@ -44,7 +44,8 @@ void saveHistoryItem(StoreContext& modelContext, const WatchedItem& item, double
     describe(row, item);
     modelContext.insert(std::move(row));
     try {
-        modelContext.save();
+        // After a sign-out, here or in another process, what still plays leaves no trace.
+        modelContext.saveForSomebody();
     } catch (const StoreError& error) {
         AppLogger::general.error("history: %s", {error.what()});
     }

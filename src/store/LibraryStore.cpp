@@ -83,6 +83,12 @@ void LibraryStore::requireOwner(const std::string& owner) const {
     ondavia::requireOwner(m_folder->path(), owner);
 }
 
+void LibraryStore::requireSomebody() const {
+    if (owner() == nobody) {
+        throw StoreError(StoreFailure::NotOwner, "nobody is signed in any more, so nothing was stored");
+    }
+}
+
 void LibraryStore::announce(const std::vector<EntityKind>& kinds) {
     if (QThread::currentThread() == thread()) {
         announceNow(kinds);

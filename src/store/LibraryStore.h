@@ -72,6 +72,8 @@ public:
     [[nodiscard]] std::optional<std::string> owner() const;
     /// Raises StoreError of the kind NotOwner when the store is somebody else's. Any thread.
     void requireOwner(const std::string& owner) const;
+    /// Raises StoreError of the kind NotOwner when the store is nobody's. Any thread.
+    void requireSomebody() const;
 
     /// The files, for contexts and replacements. Any thread.
     [[nodiscard]] StoreFolder& folder() { return *m_folder; }

@@ -121,12 +121,20 @@ void StoreContext::save(OnFailure onFailure) {
 }
 
 void StoreContext::saveFor(const std::string& owner) {
+    saveWhile([this, &owner] { m_store.requireOwner(owner); });
+}
+
+void StoreContext::saveForSomebody() {
+    saveWhile([this] { m_store.requireSomebody(); });
+}
+
+void StoreContext::saveWhile(const std::function<void()>& requireOwner) {
     checkThread();
     const std::vector<Change> changes = std::exchange(m_changes, {});
     Outcome outcome;
     {
         const FolderLock::Section section(m_store.folder().lock());
-        m_store.requireOwner(owner);
+        requireOwner();
         outcome = write(changes);
     }
     finish(changes, outcome);

@@ -187,6 +187,8 @@ public:
     /// Saves inserts and deletes of single rows for `owner`. Raises StoreError when the store is somebody
     /// else's; nothing of them is kept then.
     void saveFor(const std::string& owner);
+    /// The same for whoever's the store is. Raises StoreError when it is nobody's any more.
+    void saveForSomebody();
 
     /// Lets go of files whose rows have been replaced, to free their disk space.
     void closeReplacedFiles();
@@ -207,6 +209,9 @@ private:
         /// A downloaded kind is alone in its file.
         [[nodiscard]] bool clearsFile() const { return removesAll && file != StoreFile::User; }
     };
+
+    /// `requireOwner` raises StoreError when the store's owner is the wrong one.
+    void saveWhile(const std::function<void()>& requireOwner);
 
     template<Entity T> void enqueue(std::function<void(Connection&)> apply) {
         enqueue({EntityTraits<T>::kind, EntityTraits<T>::file, false, std::move(apply)});

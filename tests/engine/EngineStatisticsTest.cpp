@@ -1,5 +1,7 @@
 #include "engine/EngineTestSupport.h"
 
+#include "base/Redaction.h"
+
 #include <gmock/gmock.h>
 
 #include <arpa/inet.h>
@@ -14,6 +16,7 @@ using ::testing::AllOf;
 using ::testing::Ge;
 using ::testing::HasSubstr;
 using ::testing::Le;
+using ::testing::Not;
 using ::testing::SizeIs;
 using ::testing::StartsWith;
 
@@ -144,6 +147,13 @@ TEST(EngineStatistics, KeepTheAnswerOfAListThatFFmpegFollows) {
 TEST(EngineStatistics, CutAnAnswerThatIsTooLong) {
     const SpeakingServer server("HTTP/1.1 403 " + std::string(5000, 'x') + "\r\nContent-Length: 0\r\n\r\n");
     EXPECT_THAT(answerOfFailure(server.url()), AllOf(StartsWith("HTTP/1.1 403 xxx"), SizeIs(Le(200U))));
+}
+
+TEST(EngineStatistics, CutNoSecretInTwo) {
+    registerSecret("segredo-4711");
+    const SpeakingServer server("HTTP/1.1 403 " + std::string(100, 'x') +
+                                " segredo-4711\r\nContent-Length: 0\r\n\r\n");
+    EXPECT_THAT(answerOfFailure(server.url()), AllOf(StartsWith("HTTP/1.1 403 xxx"), Not(HasSubstr("seg"))));
 }
 
 TEST(EngineStatistics, WaitForNobodyAndAreEmptyAfterwards) {

@@ -52,6 +52,21 @@ TEST_F(HistoryRecordingTest, TheFirstRecordingMakesTheRow) {
     EXPECT_FALSE(made.isComplete);
 }
 
+TEST_F(HistoryRecordingTest, NothingIsWrittenAfterASignOutElsewhere) {
+    record(episode(), 12, 1000);
+    {
+        const auto other = LibraryStore::open(m_folder.path());
+        other->setOwner(LibraryStore::nobody);
+        other->mainContext().removeAll<WatchHistory>();
+        other->mainContext().save();
+    }
+    record(episode(), 400, 1000);
+    EXPECT_EQ(m_context.count<WatchHistory>(), 0);
+    m_store->setOwner("ana");
+    record(episode(), 400, 1000);
+    EXPECT_EQ(row().position, 400);
+}
+
 TEST_F(HistoryRecordingTest, ALaterOneMovesTheRowOn) {
     record(episode(), 12, 1000);
     WatchHistory earlier = row();

@@ -56,6 +56,23 @@ TEST_F(StartGuideTest, OverACachedCatalogueLoadsItWithoutWaiting) {
     EXPECT_FALSE(appState.isLoading());
 }
 
+TEST_F(StartGuideTest, OfADamagedOneDoesNotWaitForItsTime) {
+    const auto path = folder.path() / "damaged";
+    (void)LibraryStore::open(path);
+    scribble(std::filesystem::canonical(path / "guide.db"), 0, 4096);
+    auto other = LibraryStore::open(path);
+    ASSERT_THAT(other->openReport().rebuiltFiles, ElementsAre(StoreFile::Guide));
+    defaults.setDate(lastGuideLoad, now);
+    ASSERT_FALSE(guideIsDue());
+    std::swap(store, other);
+    {
+        LibraryRefresh next{environment(), guide(), [this] { return now; }};
+        resultOf(next.loadEPGIfNeeded(client()));
+        EXPECT_THAT(guideTitles(), ElementsAre("New"));
+    }
+    std::swap(store, other);
+}
+
 TEST_F(StartGuideTest, WaitsForARefreshThatIsDueAndIsAskedForOnce) {
     cacheCatalogue(4 * 24h);
     scriptSmallCatalogue();

@@ -1,5 +1,6 @@
 #include "platform/linux/MediaConnection.h"
 
+#include "base/Redaction.h"
 #include "platform/linux/CurlMediaStream.h"
 
 #include <algorithm>
@@ -10,8 +11,16 @@ namespace {
 
 constexpr long longestRedirection = 16;
 constexpr long socketRead = 128L << 10;
-/// Of a status line; a server may send a hundred thousand bytes.
-constexpr std::size_t longestStatusLine = 120;
+/// Bytes that are kept of a status line; a server may send a hundred thousand.
+constexpr std::size_t longestAnswer = 120;
+/// Bytes of it that are searched for secrets before it is cut, since nobody would know a half of one.
+constexpr std::size_t longestStatusLine = 4096;
+
+std::string answerOf(std::string_view line) {
+    line = line.substr(0, line.find_first_of("\r\n"));
+    const TextEnd end = line.size() > longestStatusLine ? TextEnd::Cut : TextEnd::Whole;
+    return maskSecrets(line.substr(0, longestStatusLine), end).substr(0, longestAnswer);
+}
 
 } // namespace
 
@@ -108,8 +117,7 @@ std::size_t MediaConnection::receive(char* bytes, std::size_t /*one*/, std::size
 std::size_t MediaConnection::receiveHeader(char* bytes, std::size_t /*one*/, std::size_t size, void* self) {
     const std::string_view line(bytes, size);
     if (line.starts_with("HTTP/") || line.starts_with("ICY ")) {
-        static_cast<MediaConnection*>(self)->m_statusLine =
-            line.substr(0, std::min(line.find_first_of("\r\n"), longestStatusLine));
+        static_cast<MediaConnection*>(self)->m_statusLine = answerOf(line);
     }
     return size;
 }

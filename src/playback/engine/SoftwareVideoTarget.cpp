@@ -2,7 +2,9 @@
 #include "playback/engine/VideoTarget.h"
 
 #include <algorithm>
+#include <atomic>
 #include <cstdlib>
+#include <vector>
 
 namespace ondavia::engine {
 namespace {
@@ -27,6 +29,26 @@ void makeOpaque(QImage& image) {
     }
 }
 
+/// Pictures of one size that are drawn into again once nobody shows them: a new one for each frame would have
+/// the system clear 4 MB of memory 25 times a second. Video thread.
+class PicturePool final {
+public:
+    /// One that nobody else has, until the next call; null where there is no memory for it.
+    QImage& picture(QSize size) {
+        std::erase_if(m_pictures, [size](const QImage& picture) { return picture.size() != size; });
+        const auto free = std::ranges::find_if(m_pictures, &QImage::isDetached);
+        if (free == m_pictures.end()) {
+            return m_pictures.emplace_back(alignedImage(size));
+        }
+        // Whoever let go of it on another thread has read it to the end.
+        std::atomic_thread_fence(std::memory_order_acquire);
+        return *free;
+    }
+
+private:
+    std::vector<QImage> m_pictures;
+};
+
 class SoftwareVideoTarget final : public VideoTarget {
 public:
     bool open(mpv_handle* handle) override {
@@ -37,7 +59,7 @@ public:
     }
 
     VideoFrame render(QSize size) override {
-        QImage image = alignedImage(size);
+        QImage& image = m_pictures.picture(size);
         if (image.isNull()) {
             return {};
         }
@@ -55,12 +77,15 @@ public:
             return {};
         }
         makeOpaque(image);
-        return {nullptr, std::move(image), 0};
+        return {nullptr, image, 0};
     }
 
     void close(VideoFrame /*lastFrame*/) override { freeContext(); }
 
     [[nodiscard]] bool suits(QOpenGLContext* /*sceneGraphContext*/) const override { return true; }
+
+private:
+    PicturePool m_pictures;
 };
 
 } // namespace

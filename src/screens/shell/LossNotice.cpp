@@ -7,7 +7,9 @@
 
 namespace ondavia {
 
-QString lossNotice(const OpenReport& report) {
+namespace {
+
+QStringList userLoss(const OpenReport& report) {
     if (!report.isUserFileRestored) {
         return {};
     }
@@ -18,7 +20,7 @@ QString lossNotice(const OpenReport& report) {
     if (report.salvagedRows + report.backupRows == 0) {
         sentences << textFor("loss.nothingSaved", "Não foi possível recuperar nada.");
     } else {
-        sentences << textFor("loss.saved", "Registos recuperados: %1 dele, %2 da cópia de segurança.")
+        sentences << textFor("loss.saved", "Registos recuperados: %L1 dele, %L2 da cópia de segurança.")
                          .arg(report.salvagedRows)
                          .arg(report.backupRows);
         sentences << textFor("loss.check", "Pode faltar algum, ou voltar um que tinhas apagado.");
@@ -27,7 +29,25 @@ QString lossNotice(const OpenReport& report) {
         sentences << textFor("loss.kept", "O ficheiro danificado ficou guardado como %1.")
                          .arg(QString::fromStdString(report.damagedUserFile->filename().string()));
     }
-    return sentences.join(QLatin1Char(' '));
+    return sentences;
+}
+
+QStringList downloadLoss(const OpenReport& report) {
+    QStringList sentences;
+    for (const StoreFile file : report.rebuiltFiles) {
+        sentences << (file == StoreFile::Guide
+                          ? textFor("loss.guide",
+                                    "O guia guardado estava danificado e volta a ser carregado.")
+                          : textFor("loss.catalogue",
+                                    "O catálogo guardado estava danificado e volta a ser carregado."));
+    }
+    return sentences;
+}
+
+} // namespace
+
+QString lossNotice(const OpenReport& report) {
+    return (userLoss(report) + downloadLoss(report)).join(QLatin1Char(' '));
 }
 
 } // namespace ondavia

@@ -6,7 +6,8 @@ namespace ondavia {
 
 struct OpenReport;
 
-/// What the user has to know about rows of their own that were damaged or gone; empty when nothing was.
+/// What the user has to know about rows of their own or downloaded ones that were damaged or gone; empty when
+/// nothing was.
 [[nodiscard]] QString lossNotice(const OpenReport& report);
 
 } // namespace ondavia
