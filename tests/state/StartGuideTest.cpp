@@ -1,6 +1,7 @@
 #include "ContentFixture.h"
 
 #include "guide/GuideSamples.h"
+#include "store/StoreSamples.h"
 
 #include <atomic>
 
@@ -57,10 +58,10 @@ TEST_F(StartGuideTest, OverACachedCatalogueLoadsItWithoutWaiting) {
 }
 
 TEST_F(StartGuideTest, OfADamagedOneDoesNotWaitForItsTime) {
-    const auto path = folder.path() / "damaged";
-    (void)LibraryStore::open(path);
-    scribble(std::filesystem::canonical(path / "guide.db"), 0, 4096);
-    auto other = LibraryStore::open(path);
+    const auto place = folder.path() / "damaged";
+    (void)LibraryStore::open(place);
+    scribble(std::filesystem::canonical(place / "guide.db"), 0, 4096);
+    auto other = LibraryStore::open(place);
     ASSERT_THAT(other->openReport().rebuiltFiles, ElementsAre(StoreFile::Guide));
     defaults.setDate(lastGuideLoad, now);
     ASSERT_FALSE(guideIsDue());
