@@ -24,6 +24,7 @@ ScreenServices screenServices(Services& services, ContentViewModel& content, con
     return {.appState = services.appState,
             .store = *services.store,
             .catalogue = services.catalogue,
+            .search = services.search,
             .playerManager = services.playerManager,
             .audioSession = *services.audioSession,
             .systemVolume = services.systemVolume,

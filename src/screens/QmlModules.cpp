@@ -12,6 +12,7 @@
     DO(LivePlayer, live_player)                                                                              \
     DO(Movies, movies)                                                                                       \
     DO(Player, player)                                                                                       \
+    DO(Search, search)                                                                                       \
     DO(Series, series)                                                                                       \
     DO(Shell, shell)                                                                                         \
     DO(SignIn, signin)                                                                                       \

@@ -56,6 +56,8 @@ public:
 
     Q_SIGNAL void isLoadingChanged();
     Q_SIGNAL void categoryChanged();
+    /// Somebody wants to search what this browser lists.
+    Q_SIGNAL void searchWanted();
 
 private:
     [[nodiscard]] const char* type() const;

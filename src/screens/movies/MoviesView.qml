@@ -16,6 +16,11 @@ FocusScope {
         y: Theme.unit * 3
         width: view.width - view.margin * 2
         title: Texts.get("movies.title", "Filmes")
+        actions: IconButton {
+            symbol: "magnifyingglass"
+            text: Texts.get("search.title", "Pesquisar")
+            onClicked: view.model.searchWanted()
+        }
     }
     ChipRow {
         id: chips

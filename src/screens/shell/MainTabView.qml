@@ -105,12 +105,27 @@ FocusScope {
                         })
                 }
 
+                function openSearch(type: string) {
+                    const stack = tab.item as NavigationStack
+                    // A search over a search would find the same.
+                    if (stack.currentItem.objectName === "searchPage")
+                        stack.currentItem.forceActiveFocus(Qt.TabFocusReason)
+                    else
+                        stack.open(Qt.resolvedUrl(type === "" ? "../Search/SearchView.qml" : "../Search/FilteredSearchView.qml"),
+                                   { model: view.models.makeSearch(type) })
+                }
+
                 anchors.fill: parent
                 visible: tab.isCurrent
                 focus: tab.isCurrent
                 enabled: tab.isCurrent
                 onIsCurrentChanged: tab.visit()
                 Component.onCompleted: tab.visit()
+                Connections {
+                    target: view.models
+                    enabled: tab.isCurrent
+                    function onSearchWanted(type) { tab.openSearch(type) }
+                }
             }
         }
     }

@@ -9,9 +9,11 @@ namespace ondavia {
 
 ScreenModels::ScreenModels(const ScreenServices& services, QObject* parent)
     : QObject(parent)
+    , m_search{services.appState, services.store, services.search, services.scheduler}
     , m_content(services.content)
     , m_home(services.appState, {.addProvider = [this] { m_signIn.open(); },
-                                 .load = [&content = services.content] { content.start(); }})
+                                 .load = [&content = services.content] { content.start(); },
+                                 .search = [this] { Q_EMIT searchWanted({}); }})
     , m_signIn(services.appState, services.keychain, services.makeSession,
                [&content = services.content] { content.signedIn(); })
     , m_live(BrowserKind::Live, services.appState, services.store, services.catalogue)
@@ -23,10 +25,32 @@ ScreenModels::ScreenModels(const ScreenServices& services, QObject* parent)
     , m_loadingExit(services.appState, services.scheduler,
                     [&content = services.content] { content.leaveLoading(); })
     , m_lossNotice(ondavia::lossNotice(services.store.openReport())) {
+    connect(&m_live, &BrowserViewModel::searchWanted, this,
+            [this] { Q_EMIT searchWanted(QStringLiteral("live")); });
+    connect(&m_movies, &BrowserViewModel::searchWanted, this,
+            [this] { Q_EMIT searchWanted(QStringLiteral("movie")); });
     if (services.store.openReport().isDiskFull) {
         services.appState.showToast(
             localizedText("store.diskFull", "O disco está cheio. Nada de novo fica guardado."),
             ToastType::warning);
+    }
+}
+
+SearchViewModel* ScreenModels::makeSearch(const QString& type) {
+    const auto fixedType = type.isEmpty() ? std::nullopt : std::optional(type.toStdString());
+    auto* search = new SearchViewModel(fixedType, m_search, this);
+    connect(search, &SearchViewModel::detailWanted, this, &ScreenModels::openDetail);
+    return search;
+}
+
+/// A film plays, as from its browser; a series has no page yet.
+void ScreenModels::openDetail(const Channel& channel) {
+    if (channel.type == "movie") {
+        m_search.appState.playChannel(channel);
+    } else {
+        m_search.appState.showToast(
+            localizedText("series.notYet", "As séries ainda não podem ser vistas nesta versão."),
+            ToastType::info);
     }
 }
 

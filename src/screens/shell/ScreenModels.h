@@ -4,6 +4,7 @@
 #include "screens/home/HomeViewModel.h"
 #include "screens/player/MiniPlayerViewModel.h"
 #include "screens/player/PlayerPresentation.h"
+#include "screens/search/SearchViewModel.h"
 #include "screens/shell/ContentViewModel.h"
 #include "screens/shell/FullScreenPlayers.h"
 #include "screens/shell/LoadingExit.h"
@@ -46,7 +47,17 @@ public:
     [[nodiscard]] LoadingExit* loadingExit() { return &m_loadingExit; }
     [[nodiscard]] QString lossNotice() const { return m_lossNotice; }
 
+    /// A search for one opening of its page, over "live", "movie" or "series", or over everything for an
+    /// empty text. Lives until the page closes it.
+    Q_INVOKABLE ondavia::SearchViewModel* makeSearch(const QString& type);
+
+    /// The page of such a search is to be opened.
+    Q_SIGNAL void searchWanted(const QString& type);
+
 private:
+    void openDetail(const Channel& channel);
+
+    SearchServices m_search;
     ContentViewModel& m_content;
     HomeViewModel m_home;
     SignInViewModel m_signIn;
