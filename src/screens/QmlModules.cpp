@@ -5,6 +5,7 @@
 /// The QML modules, by the last part of their names and by the libraries that hold them.
 #define ONDAVIA_QML_MODULES(DO)                                                                              \
     DO(Browse, browse)                                                                                       \
+    DO(Details, details)                                                                                     \
     DO(Favorites, favorites)                                                                                 \
     DO(Guide, guide_panel)                                                                                   \
     DO(Home, home)                                                                                           \

@@ -260,6 +260,7 @@ TEST(ShownText, IsBoundedAndSteersNothing) {
                         "evil\xe2\x81\xa6"),
               QStringLiteral("evil"));
     EXPECT_EQ(shownText(std::string(1'000'000, 'W')).size(), 300);
+    EXPECT_EQ(shownText(std::string(10'000, 'W'), 4000).size(), 4000) << "where more than a line is read";
     std::string faces;
     for (int face = 0; face < 400; ++face) {
         faces += "\xf0\x9f\x98\x80";

@@ -16,8 +16,12 @@ ScreenModels::ScreenModels(const ScreenServices& services, QObject* parent)
                                  .search = [this] { Q_EMIT searchWanted({}); }})
     , m_signIn(services.appState, services.keychain, services.makeSession,
                [&content = services.content] { content.signedIn(); })
+    , m_details({services.appState, services.store.mainContext()})
     , m_live(BrowserKind::Live, services.appState, services.store, services.catalogue)
-    , m_movies(BrowserKind::Movies, services.appState, services.store, services.catalogue)
+    , m_movies(BrowserKind::Movies, services.appState, services.store, services.catalogue,
+               [this](const Channel& title) { m_details.open(title); })
+    , m_series(BrowserKind::Series, services.appState, services.store, services.catalogue,
+               [this](const Channel& title) { m_details.open(title); })
     , m_players(services)
     , m_player(services.appState, [this](const Channel& item) { return m_players.make(item); })
     , m_miniPlayer(services.appState, services.playerManager)
@@ -29,6 +33,8 @@ ScreenModels::ScreenModels(const ScreenServices& services, QObject* parent)
             [this] { Q_EMIT searchWanted(QStringLiteral("live")); });
     connect(&m_movies, &BrowserViewModel::searchWanted, this,
             [this] { Q_EMIT searchWanted(QStringLiteral("movie")); });
+    connect(&m_series, &BrowserViewModel::searchWanted, this,
+            [this] { Q_EMIT searchWanted(QStringLiteral("series")); });
     if (services.store.openReport().isDiskFull) {
         services.appState.showToast(
             localizedText("store.diskFull", "O disco está cheio. Nada de novo fica guardado."),
@@ -39,19 +45,8 @@ ScreenModels::ScreenModels(const ScreenServices& services, QObject* parent)
 SearchViewModel* ScreenModels::makeSearch(const QString& type) {
     const auto fixedType = type.isEmpty() ? std::nullopt : std::optional(type.toStdString());
     auto* search = new SearchViewModel(fixedType, m_search, this);
-    connect(search, &SearchViewModel::detailWanted, this, &ScreenModels::openDetail);
+    connect(search, &SearchViewModel::detailWanted, &m_details, &DetailPages::open);
     return search;
-}
-
-/// A film plays, as from its browser; a series has no page yet.
-void ScreenModels::openDetail(const Channel& channel) {
-    if (channel.type == "movie") {
-        m_search.appState.playChannel(channel);
-    } else {
-        m_search.appState.showToast(
-            localizedText("series.notYet", "As séries ainda não podem ser vistas nesta versão."),
-            ToastType::info);
-    }
 }
 
 } // namespace ondavia

@@ -6,6 +6,7 @@
 #include "screens/player/PlayerPresentation.h"
 #include "screens/search/SearchViewModel.h"
 #include "screens/shell/ContentViewModel.h"
+#include "screens/shell/DetailPages.h"
 #include "screens/shell/FullScreenPlayers.h"
 #include "screens/shell/LoadingExit.h"
 #include "screens/shell/ScreenServices.h"
@@ -27,6 +28,8 @@ class ScreenModels final : public QObject {
     Q_PROPERTY(ondavia::SignInViewModel* signIn READ signIn CONSTANT)
     Q_PROPERTY(ondavia::BrowserViewModel* live READ live CONSTANT)
     Q_PROPERTY(ondavia::BrowserViewModel* movies READ movies CONSTANT)
+    Q_PROPERTY(ondavia::BrowserViewModel* series READ series CONSTANT)
+    Q_PROPERTY(ondavia::DetailPages* details READ details CONSTANT)
     Q_PROPERTY(ondavia::PlayerPresentation* player READ player CONSTANT)
     Q_PROPERTY(ondavia::MiniPlayerViewModel* miniPlayer READ miniPlayer CONSTANT)
     Q_PROPERTY(ondavia::LoadingExit* loadingExit READ loadingExit CONSTANT)
@@ -42,6 +45,8 @@ public:
     [[nodiscard]] SignInViewModel* signIn() { return &m_signIn; }
     [[nodiscard]] BrowserViewModel* live() { return &m_live; }
     [[nodiscard]] BrowserViewModel* movies() { return &m_movies; }
+    [[nodiscard]] BrowserViewModel* series() { return &m_series; }
+    [[nodiscard]] DetailPages* details() { return &m_details; }
     [[nodiscard]] PlayerPresentation* player() { return &m_player; }
     [[nodiscard]] MiniPlayerViewModel* miniPlayer() { return &m_miniPlayer; }
     [[nodiscard]] LoadingExit* loadingExit() { return &m_loadingExit; }
@@ -55,14 +60,14 @@ public:
     Q_SIGNAL void searchWanted(const QString& type);
 
 private:
-    void openDetail(const Channel& channel);
-
     SearchServices m_search;
     ContentViewModel& m_content;
     HomeViewModel m_home;
     SignInViewModel m_signIn;
+    DetailPages m_details;
     BrowserViewModel m_live;
     BrowserViewModel m_movies;
+    BrowserViewModel m_series;
     FullScreenPlayers m_players;
     PlayerPresentation m_player;
     MiniPlayerViewModel m_miniPlayer;
