@@ -84,8 +84,7 @@ void Tour::browse() {
     browseLive();
     browseMovies();
     watchFilms();
-    selectTab(3);
-    shoot(QStringLiteral("series"));
+    browseSeries();
     selectTab(4);
     shoot(QStringLiteral("favorites"));
     press(Qt::Key_Escape);
@@ -134,7 +133,21 @@ void Tour::browseMovies() {
     selectTab(2);
     shoot(QStringLiteral("movies"));
     click(row(QStringLiteral("movieGrid"), 0));
+    shoot(QStringLiteral("movie-detail"));
+    click(find(QStringLiteral("detailPlay")));
     watch(QStringLiteral("player-film"));
+    press(Qt::Key_Escape);
+    settle();
+}
+
+void Tour::browseSeries() {
+    selectTab(3);
+    shoot(QStringLiteral("series"));
+    click(row(QStringLiteral("seriesGrid"), 0));
+    waitFor(QStringLiteral("the episodes"), [this] { return isShown(QStringLiteral("seasons")); });
+    shoot(QStringLiteral("series-detail"));
+    press(Qt::Key_Escape);
+    settle();
 }
 
 void Tour::watch(const QString& name) {

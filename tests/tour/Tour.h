@@ -46,6 +46,7 @@ private:
     void showOverlays();
     void browseLive();
     void browseMovies();
+    void browseSeries();
     void watch(const QString& name);
     void showMoving(const QString& name);
     void watchLive();

@@ -66,6 +66,15 @@ TEST_P(DetailWindowTest, AFilmIsPlayedAndLeftForTheCardThatOpenedIt) {
     EXPECT_EQ(appState.selectedTab(), AppTab::movies);
 }
 
+TEST_P(DetailWindowTest, TheKeyThatOpensThePageDoesNotPlayWhenItIsHeld) {
+    openFilm();
+    QKeyEvent held(QEvent::KeyPress, Qt::Key_Return, Qt::NoModifier, QStringLiteral("\r"), true);
+    QCoreApplication::sendEvent(window, &held);
+    drainEvents();
+    EXPECT_FALSE(appState.isPlaying());
+    EXPECT_EQ(focusName(), "Reproduzir");
+}
+
 TEST_P(DetailWindowTest, TheLabelFollowsWhatWasWatched) {
     openFilm();
     press(Qt::Key_Return);
