@@ -15,8 +15,8 @@ class XtreamAPIClient;
 [[nodiscard]] Channel makeEpisode(const XtreamEpisode& episode, const std::string& episodeId,
                                   const Channel& parent, const XtreamAPIClient& client);
 
-/// The absolute texts of the episode's external subtitle files, in the provider's order; what is no URL is left
-/// out. Any thread.
+/// The absolute texts of the episode's external subtitle files, in the provider's order; what is no URL is
+/// left out. Any thread.
 [[nodiscard]] std::vector<std::string> subtitleURLsOf(const XtreamEpisode& episode);
 
 } // namespace ondavia

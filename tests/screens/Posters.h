@@ -16,16 +16,16 @@ namespace ondavia::testing {
 class Posters final {
 public:
     Posters() {
-        m_server.server.Get(R"(/(poster|logo|backdrop)/(\d+)\.png)", [this](const httplib::Request& request,
-                                                                            httplib::Response& response) {
-            const int number = std::stoi(request.matches[2]);
-            const std::string kind = request.matches[1];
-            const QImage image = kind == "logo"     ? paintLogo(number)
-                                 : kind == "poster" ? paintPoster(number, {400, 600})
-                                                    : paintPoster(number, {1280, 720});
-            response.set_content(encoded(image), "image/png");
-            ++m_served;
-        });
+        m_server.server.Get(R"(/(poster|logo|backdrop)/(\d+)\.png)",
+                            [this](const httplib::Request& request, httplib::Response& response) {
+                                const int number = std::stoi(request.matches[2]);
+                                const std::string kind = request.matches[1];
+                                const QImage image = kind == "logo"     ? paintLogo(number)
+                                                     : kind == "poster" ? paintPoster(number, {400, 600})
+                                                                        : paintPoster(number, {1280, 720});
+                                response.set_content(encoded(image), "image/png");
+                                ++m_served;
+                            });
         m_server.start();
     }
 

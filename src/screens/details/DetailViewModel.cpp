@@ -25,8 +25,8 @@ DetailViewModel::DetailViewModel(const DetailServices& services, Channel channel
     : m_services(services)
     , m_channel(std::move(channel)) {
     connect(this, &DetailViewModel::isInSightChanged, this, &DetailViewModel::follow);
-    for (const auto signal : {&AppState::isPlayingChanged, &AppState::currentChannelChanged,
-                              &AppState::showMiniPlayerChanged}) {
+    for (const auto signal :
+         {&AppState::isPlayingChanged, &AppState::currentChannelChanged, &AppState::showMiniPlayerChanged}) {
         connect(&services.appState, signal, this, &DetailViewModel::follow);
     }
 }
@@ -93,8 +93,7 @@ QString DetailViewModel::playText() const {
 void DetailViewModel::checkFavorite() {
     bool isMarked = false;
     try {
-        isMarked =
-            services().modelContext.count<Favorite>(field(&Favorite::channelId) == m_channel.id) > 0;
+        isMarked = services().modelContext.count<Favorite>(field(&Favorite::channelId) == m_channel.id) > 0;
     } catch (const StoreError& error) {
         AppLogger::general.error("The favourites could not be read: %s", {error.what()});
     }

@@ -15,8 +15,7 @@ MovieDetailViewModel::MovieDetailViewModel(const DetailServices& services, Chann
 
 void MovieDetailViewModel::appear() {
     checkFavorite();
-    setWatchHistory(
-        HistoryService(services().modelContext, mainProfileId).lastWatchedForMovieId(movie().id));
+    setWatchHistory(HistoryService(services().modelContext, mainProfileId).lastWatchedForMovieId(movie().id));
     // It raises nothing, and ends by itself when the page goes.
     (void)fetchSubtitleURLs();
 }

@@ -87,8 +87,8 @@ void SeriesDetailViewModel::take(XtreamSeriesInfo info) {
 }
 
 void SeriesDetailViewModel::reportFailure(const std::exception& failure) {
-    services().appState.showToast(
-        localizedText("series.loadError", "Erro ao carregar detalhes da série."), ToastType::error);
+    services().appState.showToast(localizedText("series.loadError", "Erro ao carregar detalhes da série."),
+                                  ToastType::error);
     const FailureName name = nameOf(failure);
     AppLogger::network.error("Series load error for %ld code=%{public}ld domain=%{public}s",
                              {*series().seriesId, name.code, name.domain});

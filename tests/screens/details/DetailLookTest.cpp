@@ -41,8 +41,8 @@ TEST_P(DetailLookTest, DrawsWithoutAWarning) {
 }
 
 INSTANTIATE_TEST_SUITE_P(Sizes, DetailLookTest,
-                         ::testing::Values(QSize(1280, 800), QSize(412, 892), QSize(360, 640), QSize(1000, 480),
-                                           QSize(3840, 2160)));
+                         ::testing::Values(QSize(1280, 800), QSize(412, 892), QSize(360, 640),
+                                           QSize(1000, 480), QSize(3840, 2160)));
 
 } // namespace
 } // namespace ondavia::testing

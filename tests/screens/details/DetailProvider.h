@@ -14,13 +14,13 @@ namespace ondavia::testing {
 class DetailProvider final {
 public:
     DetailProvider() {
-        m_server.server.Get("/player_api.php", [this](const httplib::Request& request,
-                                                      httplib::Response& response) {
-            const auto answer = note(request);
-            answer.wait.wait();
-            response.status = answer.status;
-            response.set_content(answer.body, "application/json");
-        });
+        m_server.server.Get("/player_api.php",
+                            [this](const httplib::Request& request, httplib::Response& response) {
+                                const auto answer = note(request);
+                                answer.wait.wait();
+                                response.status = answer.status;
+                                response.set_content(answer.body, "application/json");
+                            });
         m_server.start();
     }
     ~DetailProvider() { letGo(); }
@@ -50,9 +50,7 @@ public:
         const std::lock_guard lock(m_mutex);
         return m_asked;
     }
-    [[nodiscard]] long count(const std::string& question) {
-        return std::ranges::count(asked(), question);
-    }
+    [[nodiscard]] long count(const std::string& question) { return std::ranges::count(asked(), question); }
 
 private:
     struct Answer final {

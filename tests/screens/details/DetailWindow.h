@@ -16,8 +16,7 @@ protected:
 
     void open(int width = 1280, int height = 800) {
         signInWithCatalogue();
-        fill({knownFilm(), title(902, "movie", "Estreias", "Zero"), knownSeries(),
-              series(952, "Sem Nada")});
+        fill({knownFilm(), title(902, "movie", "Estreias", "Zero"), knownSeries(), series(952, "Sem Nada")});
         defaults.setStringArray("ondavia_series_cat_order", {"Drama"});
         provider.answer(seasons());
         appState.setServer(provider.url());

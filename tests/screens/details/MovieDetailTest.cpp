@@ -13,8 +13,12 @@ protected:
 
     [[nodiscard]] static Channel film() { return title(7, "movie", "Drama", "Uma Longa Noite"); }
     [[nodiscard]] MovieDetailViewModel make(const Channel& movie) { return {detailServices(), movie}; }
-    [[nodiscard]] std::vector<std::string> badgesOf(const Channel& movie) { return texts(make(movie).badges()); }
-    void listSubtitles() { provider.answer(R"({"info":{"subtitles":["/pt.srt","http://s.example/en.srt"]}})"); }
+    [[nodiscard]] std::vector<std::string> badgesOf(const Channel& movie) {
+        return texts(make(movie).badges());
+    }
+    void listSubtitles() {
+        provider.answer(R"({"info":{"subtitles":["/pt.srt","http://s.example/en.srt"]}})");
+    }
     [[nodiscard]] std::vector<std::string> listed() const {
         return {provider.url() + "/pt.srt", "http://s.example/en.srt"};
     }

@@ -13,7 +13,8 @@ using ::testing::IsEmpty;
 class SeriesDetailLoadTest : public SeriesFixture {
 protected:
     SeriesDetailViewModel model{detailServices(), series()};
-    QAbstractItemModelTester seasons{model.seasonList(), QAbstractItemModelTester::FailureReportingMode::Fatal};
+    QAbstractItemModelTester seasons{model.seasonList(),
+                                     QAbstractItemModelTester::FailureReportingMode::Fatal};
     QAbstractItemModelTester episodes{model.episodeList(),
                                       QAbstractItemModelTester::FailureReportingMode::Fatal};
 

@@ -44,7 +44,8 @@ TEST_F(SeriesDetailPlayTest, AnEpisodeWithoutSeasonOrNumberIsBeforeTheOthers) {
 }
 
 TEST_F(SeriesDetailPlayTest, AFirstEpisodeWithoutAnIdCannotBePlayed) {
-    load(R"({"episodes": {"1": [{"season": 1, "episode_num": 1}, {"id": "b", "season": 1, "episode_num": 2}]}})");
+    load(
+        R"({"episodes": {"1": [{"season": 1, "episode_num": 1}, {"id": "b", "season": 1, "episode_num": 2}]}})");
     model.play();
     EXPECT_FALSE(appState.isPlaying());
     model.episodeList()->play(0);
@@ -71,7 +72,8 @@ TEST_F(SeriesDetailPlayTest, GoesOnWithTheEpisodeWatchedLast) {
     model.play();
     EXPECT_EQ(playing(), "main_series_70_ep_12");
     EXPECT_EQ(appState.currentEpisodeIndex(), 1);
-    EXPECT_THAT(appState.pendingSubtitleURLs(), ElementsAre("http://s.example/pt.srt", "http://s.example/en.srt"));
+    EXPECT_THAT(appState.pendingSubtitleURLs(),
+                ElementsAre("http://s.example/pt.srt", "http://s.example/en.srt"));
 }
 
 TEST_F(SeriesDetailPlayTest, AnEpisodeThatHasGoneGivesWayToTheFirst) {
@@ -178,7 +180,8 @@ TEST_F(SeriesDetailPlayTest, ARowWithoutAnActionPlaysItsEpisodeAlone) {
     const XtreamEpisode second = episode("12");
     EpisodeRow(second, parent).tap(appState, {});
     EXPECT_EQ(playing(), "main_series_70_ep_12");
-    EXPECT_THAT(appState.pendingSubtitleURLs(), ElementsAre("http://s.example/pt.srt", "http://s.example/en.srt"));
+    EXPECT_THAT(appState.pendingSubtitleURLs(),
+                ElementsAre("http://s.example/pt.srt", "http://s.example/en.srt"));
     EXPECT_THAT(appState.seriesEpisodes(), IsEmpty());
     appState.playerDismissed();
     std::vector<std::string> tapped;
