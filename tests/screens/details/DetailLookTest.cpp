@@ -19,7 +19,6 @@ TEST_P(DetailLookTest, DrawsWithoutAWarning) {
     open(GetParam().width(), GetParam().height());
     openTab(AppTab::movies);
     shootPage(knownFilm(), "film-known");
-    models->details()->open(title(902, "movie", "Estreias", "Zero"));
     shootPage(title(902, "movie", "Estreias", "Zero"), "film-unknown");
     for (const std::size_t length : {std::size_t{150}, std::size_t{151}}) {
         Channel film = knownFilm();
