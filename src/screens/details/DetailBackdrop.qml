@@ -43,7 +43,8 @@ Item {
         visible: own.opacity < 1
         picture: backdrop.poster
         // So few pixels that nothing is left of it but its colours.
-        sourceSize: Qt.size(16, 16)
+        sourceSize.width: 16
+        sourceSize.height: 16
     }
     Faded {
         id: own

@@ -20,8 +20,8 @@ CardGrid {
     }
     onPassedChanged: grid.follow()
     // A list that changes, or is laid out anew, goes to its own beginning.
-    onCountChanged: Qt.callLater(grid.follow)
-    onContentHeightChanged: Qt.callLater(grid.follow)
+    onCountChanged: following.restart()
+    onContentHeightChanged: following.restart()
 
     y: grid.firstRow + grid.passed
     height: grid.page.height
@@ -58,6 +58,12 @@ CardGrid {
                 grid.episodes.play(cell.index)
             }
         }
+    }
+    // In the next turn: then it has done so.
+    Timer {
+        id: following
+        interval: 0
+        onTriggered: grid.follow()
     }
     Connections {
         target: grid.page

@@ -19,7 +19,7 @@ Column {
             enabled: plot.isMoving
             SequentialAnimation {
                 NumberAnimation { duration: Theme.motion; easing.type: Theme.motionCurve }
-                ScriptAction { script: plot.isMoving = false }
+                PropertyAction { target: plot; property: "isMoving"; value: false }
             }
         }
         Label {

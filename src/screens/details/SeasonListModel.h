@@ -22,7 +22,7 @@ class SeasonListModel final : public QAbstractListModel {
 public:
     enum Role { NameRole = Qt::UserRole, IsSelectedRole };
 
-    explicit SeasonListModel(QObject* parent = nullptr)
+    explicit SeasonListModel(QObject* parent)
         : QAbstractListModel(parent) {}
 
     void setSeasons(const std::vector<XtreamSeason>& seasons);

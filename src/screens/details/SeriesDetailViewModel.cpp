@@ -33,6 +33,7 @@ FailureName nameOf(const std::exception& failure) {
 
 SeriesDetailViewModel::SeriesDetailViewModel(const DetailServices& services, Channel series)
     : DetailViewModel(services, std::move(series))
+    , m_seasons(this)
     , m_episodes(services.appState, channel(),
                  [this](const XtreamEpisode& episode) { playEpisodeDirectly(episode); }) {
     using Self = SeriesDetailViewModel;

@@ -364,7 +364,8 @@ TEST_F(SearchTest, ACatalogueThatCannotBeReadLeavesTheResultsOfBefore) {
     EXPECT_EQ(model().typeFilter(), "all");
     EXPECT_EQ(model().content(), Content::Results);
     std::filesystem::rename(folder.path() / "kept.db", link);
-    searchFor("golo");
+    model().debouncedSearch();
+    finish();
     EXPECT_EQ(model().results().size(), 1U);
 }
 
