@@ -98,6 +98,7 @@ FocusScope {
                     model: page.detail.badges
                     MetaBadge {
                         required property var modelData
+                        width: Math.min(implicitWidth, head.width)
                         text: modelData.text
                         highlight: modelData.highlight
                     }

@@ -22,6 +22,12 @@ CardGrid {
     // A list that changes, or is laid out anew, goes to its own beginning.
     onCountChanged: following.restart()
     onContentHeightChanged: following.restart()
+    // The page looks as soon as a row has the focus, and one that was far away has neither place nor size then.
+    onCurrentIndexChanged: {
+        if (grid.activeFocus && FocusGuide.isKeyboardInUse)
+            grid.page.reveal(grid.firstRowOnPage + Math.floor(grid.currentIndex / grid.columns) * grid.cellHeight,
+                             grid.cellHeight - grid.gap)
+    }
 
     y: grid.firstRow + grid.passed
     height: grid.page.height

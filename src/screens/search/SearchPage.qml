@@ -99,7 +99,7 @@ FocusScope {
             title: Texts.get("search.noResults", "Sem resultados")
         }
         Label {
-            id: count
+            id: total
             x: page.margin
             width: page.lineLength
             height: Theme.unit * 8
@@ -109,10 +109,10 @@ FocusScope {
             elide: Text.ElideRight
             verticalAlignment: Text.AlignVCenter
         }
-        RowList {
+        GroupedList {
             id: list
             objectName: "searchResults"
-            anchors.top: count.bottom
+            anchors.top: total.bottom
             anchors.bottom: parent.bottom
             x: page.margin
             width: page.lineLength
@@ -121,19 +121,6 @@ FocusScope {
             bottomMargin: page.margin
             Accessible.name: page.model.countText
             model: page.model.rows
-            section.property: "group"
-            section.delegate: Label {
-                id: group
-                required property string section
-                width: list.width
-                topPadding: Theme.unit * 3
-                bottomPadding: Theme.unit * 3
-                text: group.section
-                font.pixelSize: Theme.headingSize
-                font.weight: Font.DemiBold
-                elide: Text.ElideRight
-                Accessible.role: Accessible.Heading
-            }
             delegate: FocusScope {
                 id: cell
                 required property int index

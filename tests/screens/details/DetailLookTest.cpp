@@ -31,10 +31,20 @@ TEST_P(DetailLookTest, DrawsWithoutAWarning) {
     openTab(AppTab::series);
     shoot("series-grid");
     shootPage(knownSeries(), "series-known");
-    click("Ler mais");
+    walkTo("Ler mais");
+    press(Qt::Key_Return);
     shoot("series-plot");
-    named("detailScroll")->setProperty("contentY", 700);
-    shoot("series-scrolled");
+    walkTo("T1");
+    press(Qt::Key_Right);
+    press(Qt::Key_Return);
+    settle();
+    press(Qt::Key_Down);
+    press(Qt::Key_PageDown);
+    shoot("series-episodes");
+    Channel strange = series(953, "\u202Eمسلسل البحر والجبل\u0007 \u0001");
+    strange.plot = "\u05D0\u05D1\u05D2 \u05D3\u05D4 \u05D5\u05D6 0123";
+    strange.genre = longName;
+    shootPage(strange, "series-right-to-left");
     provider.answer(R"({"episodes": {}})");
     shootPage(series(952, "Sem Nada"), "series-unknown");
 }

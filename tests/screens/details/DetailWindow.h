@@ -27,6 +27,15 @@ protected:
         appState.setSelectedTab(tab);
         settle();
     }
+    /// Down the page by keys.
+    void walkTo(const std::string& name) {
+        constexpr int steps = 30;
+        for (int step = 0; step < steps && focusName() != name; ++step) {
+            press(Qt::Key_Down);
+        }
+        ASSERT_EQ(focusName(), name);
+        settle();
+    }
     /// Words of a plot, of so many characters.
     [[nodiscard]] static std::string plotOf(std::size_t characters) {
         std::string plot;

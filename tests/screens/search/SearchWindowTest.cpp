@@ -116,8 +116,14 @@ TEST_F(SearchWindowTest, ATapNarrowsByAChipAndOpens) {
     click(films.c_str());
     EXPECT_EQ(model()->typeFilter(), "movie");
     EXPECT_EQ(find(QStringLiteral("Regionais e Ilhas Atlânticas HD 1")), nullptr);
-    click("O Faroleiro da Ilha de São Jorge e Outras Histórias de Mar");
-    EXPECT_TRUE(appState.isPlaying());
+    const char* film = "O Faroleiro da Ilha de São Jorge e Outras Histórias de Mar";
+    click(film);
+    EXPECT_NE(named("movieDetail"), nullptr);
+    EXPECT_FALSE(appState.isPlaying());
+    click("Voltar");
+    EXPECT_EQ(focusName(), film) << "the result that was left";
+    EXPECT_EQ(model()->typeFilter(), "movie");
+    EXPECT_EQ(typed(), QStringLiteral("ilha"));
 }
 
 TEST_F(SearchWindowTest, ABrowserOpensTheSearchOfItsTypeAndGetsTheFocusBack) {
