@@ -109,7 +109,8 @@ FocusScope {
             elide: Text.ElideRight
             verticalAlignment: Text.AlignVCenter
         }
-        GroupedList {
+        GroupTitles { id: groups }
+        RowList {
             id: list
             objectName: "searchResults"
             anchors.top: total.bottom
@@ -121,6 +122,8 @@ FocusScope {
             bottomMargin: page.margin
             Accessible.name: page.model.countText
             model: page.model.rows
+            section.property: "group"
+            section.delegate: groups.title
             delegate: FocusScope {
                 id: cell
                 required property int index

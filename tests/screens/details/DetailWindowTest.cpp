@@ -2,6 +2,11 @@
 #include "DetailWindow.h"
 #include "screens/player/PlayerPresentation.h"
 
+#include <QDir>
+#include <QTemporaryFile>
+
+#include <future>
+
 namespace ondavia::testing {
 namespace {
 
@@ -145,6 +150,57 @@ TEST_P(DetailWindowTest, ANameOfTenThousandCharactersLeavesRoomForTheButton) {
         EXPECT_LE(item.mapToScene(QPointF(item.width(), 0)).x(), window->width() + 1)
             << item.metaObject()->className() << accessibleName(item).left(40).toStdString();
     });
+}
+
+TEST_P(DetailWindowTest, WordsOfAnotherDirectionOrOfNoneTurnNothingElse) {
+    open(GetParam().width(), GetParam().height());
+    Channel film = title(904, "movie", "Estreias", "\u202Eمسلسل\u0007البحر");
+    film.plot = "\u05D0\u05D1\u05D2 \u05D3\u05D4";
+    film.genre = "\u0001\u0002";
+    film.director = "\u0007";
+    models->details()->open(film);
+    settle();
+    EXPECT_NE(find(QStringLiteral("مسلسل البحر")), nullptr);
+    EXPECT_EQ(find(QStringLiteral("Realizador: ")), nullptr) << "control characters say nothing";
+    EXPECT_LT(place("detailPoster").x(), place("detailFavorite").x());
+    EXPECT_TRUE(windowRect().contains(place("detailPlay")));
+    models->details()->open(title(905, "movie", "Estreias", "\u0001\u0002\u0007"));
+    settle();
+    EXPECT_EQ(focusName(), "Reproduzir");
+}
+
+TEST_P(DetailWindowTest, APictureThatNeverComesOrIsNoneHoldsUpNothing) {
+    HttpServer pictures;
+    std::promise<void> end;
+    const std::shared_future<void> ended = end.get_future().share();
+    pictures.server.Get("/never", [ended](const httplib::Request&, httplib::Response&) { ended.wait(); });
+    pictures.server.Get("/text", [](const httplib::Request&, httplib::Response& response) {
+        response.set_content("<html>", "image/png");
+    });
+    pictures.start();
+    QTemporaryFile local(QDir::tempPath() + QStringLiteral("/XXXXXX.png"));
+    ASSERT_TRUE(local.open());
+    QImage red(60, 90, QImage::Format_RGB32);
+    red.fill(Qt::red);
+    ASSERT_TRUE(red.save(&local, "PNG") && local.flush());
+    open(GetParam().width(), GetParam().height());
+    for (const std::string& address :
+         {pictures.url("/missing"), pictures.url("/text"), "file://" + local.fileName().toStdString(),
+          std::string("http://127.0.0.1:1/none.png"), pictures.url("/never")}) {
+        Channel film = title(906, "movie", "Estreias", "Sem Imagem");
+        film.logo = address;
+        film.backdrop = address;
+        models->details()->open(film);
+        settle();
+        EXPECT_EQ(focusName(), "Reproduzir") << address;
+        const QRectF poster = place("detailPoster");
+        const QColor seen = window->grabWindow().pixelColor(poster.topLeft().toPoint() + QPoint(30, 30));
+        EXPECT_LT(seen.lightness(), 60) << address << ": the placeholder, not the picture of a local file";
+    }
+    press(Qt::Key_Return);
+    EXPECT_TRUE(appState.isPlaying()) << "while the picture is waited for";
+    end.set_value();
+    settle();
 }
 
 TEST_P(DetailWindowTest, ASeriesShowsTheEpisodesOfASeason) {

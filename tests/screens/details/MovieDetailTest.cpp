@@ -1,5 +1,6 @@
 #include "DetailFixture.h"
 #include "screens/details/MovieDetailViewModel.h"
+#include "store/StoreSamples.h"
 
 namespace ondavia::testing {
 namespace {
@@ -160,6 +161,19 @@ TEST_F(MovieDetailTest, TheHeartGoesByWhatItShows) {
     model.toggleFavorite();
     EXPECT_FALSE(model.isFavorite());
     EXPECT_THAT(marked(), IsEmpty()) << "somebody else has taken it away meanwhile";
+}
+
+TEST_F(MovieDetailTest, AMarkThatCannotBeWrittenIsShownAllTheSame) {
+    MovieDetailViewModel model(detailServices(), film());
+    const std::filesystem::path file = folder.path() / "store" / "user.db";
+    executeRaw(file, "CREATE TRIGGER refuse BEFORE INSERT ON favorite BEGIN SELECT RAISE(ABORT, 'no'); END");
+    model.toggleFavorite();
+    EXPECT_TRUE(model.isFavorite());
+    EXPECT_FALSE(appState.toastMessage()) << "without a word";
+    executeRaw(file, "DROP TRIGGER refuse");
+    EXPECT_THAT(marked(), IsEmpty());
+    mark("main_8");
+    EXPECT_THAT(marked(), ElementsAre("main_7", "main_8")) << "the next one takes it along";
 }
 
 TEST_F(MovieDetailTest, TheProvidersSubtitlesGoWithTheFilm) {

@@ -28,6 +28,12 @@ protected:
         ASSERT_NE(model(), nullptr);
     }
     [[nodiscard]] QString typed() { return named("searchText")->property("text").toString(); }
+    void expectFocusInSight() {
+        const QQuickItem* row = window->activeFocusItem();
+        const QQuickItem* list = named("searchResults");
+        const QRectF place = row->mapRectToItem(list, QRectF(0, 0, row->width(), row->height()));
+        EXPECT_TRUE(QRectF(0, 0, list->width(), list->height()).contains(place)) << place.bottom();
+    }
     [[nodiscard]] int currentRow() { return named("searchResults")->property("currentIndex").toInt(); }
 };
 
@@ -116,6 +122,7 @@ TEST_F(SearchWindowTest, ATapNarrowsByAChipAndOpens) {
     click(films.c_str());
     EXPECT_EQ(model()->typeFilter(), "movie");
     EXPECT_EQ(find(QStringLiteral("Regionais e Ilhas Atlânticas HD 1")), nullptr);
+    EXPECT_NE(find(QStringLiteral("Estreias")), nullptr) << "the title of another group in the same place";
     const char* film = "O Faroleiro da Ilha de São Jorge e Outras Histórias de Mar";
     click(film);
     EXPECT_NE(named("movieDetail"), nullptr);
@@ -195,6 +202,7 @@ TEST_F(SearchWindowTest, ManyResultsMakeOnlyTheRowsInSight) {
     press(Qt::Key_End);
     settle();
     EXPECT_EQ(currentRow(), 19'999);
+    expectFocusInSight();
     EXPECT_TRUE(QString::fromStdString(focusName()).startsWith(QStringLiteral("Filme "))) << focusName();
 }
 
@@ -218,6 +226,8 @@ TEST_P(SearchLookTest, DrawsEveryStateWithoutAWarning) {
     press(Qt::Key_Down);
     press(Qt::Key_Down);
     press(Qt::Key_End);
+    settle();
+    expectFocusInSight();
     shoot("search-results-end");
     model()->pickChip(2);
     shoot("search-chip");
