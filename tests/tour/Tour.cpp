@@ -85,6 +85,7 @@ void Tour::browse() {
     browseMovies();
     watchFilms();
     browseSeries();
+    search();
     selectTab(4);
     shoot(QStringLiteral("favorites"));
     press(Qt::Key_Escape);
@@ -146,6 +147,7 @@ void Tour::browseSeries() {
     click(row(QStringLiteral("seriesGrid"), 0));
     waitFor(QStringLiteral("the episodes"), [this] { return isShown(QStringLiteral("seasons")); });
     shoot(QStringLiteral("series-detail"));
+    seeEpisodes();
     press(Qt::Key_Escape);
     settle();
 }

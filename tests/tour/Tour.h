@@ -47,6 +47,8 @@ private:
     void browseLive();
     void browseMovies();
     void browseSeries();
+    void seeEpisodes();
+    void search();
     void watch(const QString& name);
     void showMoving(const QString& name);
     void watchLive();
