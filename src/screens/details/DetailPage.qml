@@ -161,6 +161,17 @@ FocusScope {
             width: page.width - page.margin * 2
         }
     }
+    // What is scrolled up fades away behind the button.
+    Rectangle {
+        width: page.width
+        height: Theme.unit * 24
+        opacity: Math.min(1, flick.contentY / height)
+        visible: opacity > 0
+        gradient: Gradient {
+            GradientStop { position: 0; color: Theme.background }
+            GradientStop { position: 1; color: Theme.backgroundClear }
+        }
+    }
     Rectangle {
         anchors.fill: backButton
         radius: height / 2
