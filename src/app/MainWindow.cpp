@@ -24,6 +24,7 @@ ScreenServices screenServices(Services& services, ContentViewModel& content, con
     return {.appState = services.appState,
             .store = *services.store,
             .catalogue = services.catalogue,
+            .search = services.search,
             .playerManager = services.playerManager,
             .audioSession = *services.audioSession,
             .systemVolume = services.systemVolume,
@@ -51,6 +52,10 @@ MainWindow::MainWindow(Services& services, const std::string& language)
     // A sound server that says nothing is known as one before the first film asks it.
     (void)services.systemVolume.outputVolume();
     m_screens.emplace(screenServices(services, m_content, language));
+    // While the first page is looked at: the first search waits for nothing, nor does the first page for it.
+    QObject::connect(
+        &window(), &QQuickWindow::frameSwapped, &window(), [&services] { services.search.prefetch(); },
+        static_cast<Qt::ConnectionType>(Qt::QueuedConnection | Qt::SingleShotConnection));
 }
 
 } // namespace ondavia

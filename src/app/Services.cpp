@@ -25,6 +25,7 @@ Services::Services(MpvOutputs outputs)
           [](const URLSessionConfiguration& configuration) { return makeCurlURLSession(configuration); })
     , store(LibraryStore::open(folders.store))
     , catalogue(*store)
+    , search(*store)
     , network(makeQtPathMonitor())
     , playerManager({makeMpvPlayerFactory(notifications, outputs), notifications, *scheduler, *audioSession,
                      makeSession, nowPlayingInfoCenter, remoteCommandCenter})

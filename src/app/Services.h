@@ -1,6 +1,7 @@
 #pragma once
 
 #include "guide/EPGService.h"
+#include "library/CatalogueSearch.h"
 #include "library/CatalogueSummary.h"
 #include "library/LibraryRefresh.h"
 #include "library/NetworkMonitor.h"
@@ -56,6 +57,7 @@ public:
     MPRemoteCommandCenter remoteCommandCenter;
     std::unique_ptr<LibraryStore> store;
     CatalogueSummary catalogue;
+    CatalogueSearch search;
     /// After the store, and so gone before it.
     CountedThreads guideWorkers;
     NetworkMonitor network;

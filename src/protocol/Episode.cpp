@@ -1,7 +1,10 @@
 #include "protocol/Episode.h"
 
 #include "base/Text.h"
+#include "platform/URLSession.h"
 #include "protocol/XtreamAPIClient.h"
+
+#include <QUrl>
 
 namespace ondavia {
 
@@ -27,6 +30,16 @@ Channel makeEpisode(const XtreamEpisode& episode, const std::string& episodeId, 
     channel.containerExtension = extension;
     channel.addedAt = currentDate();
     return channel;
+}
+
+std::vector<std::string> subtitleURLsOf(const XtreamEpisode& episode) {
+    std::vector<std::string> urls;
+    for (const std::string& text : episode.subtitles.value_or(std::vector<std::string>())) {
+        if (const auto url = makeURL(text)) {
+            urls.push_back(url->toEncoded().toStdString());
+        }
+    }
+    return urls;
 }
 
 } // namespace ondavia

@@ -4,6 +4,7 @@
 #include "protocol/wire/SeriesRecords.h"
 
 #include <string>
+#include <vector>
 
 namespace ondavia {
 
@@ -13,5 +14,9 @@ class XtreamAPIClient;
 /// they are needed and are no rows of the catalogue. Any thread.
 [[nodiscard]] Channel makeEpisode(const XtreamEpisode& episode, const std::string& episodeId,
                                   const Channel& parent, const XtreamAPIClient& client);
+
+/// The absolute texts of the episode's external subtitle files, in the provider's order; what is no URL is
+/// left out. Any thread.
+[[nodiscard]] std::vector<std::string> subtitleURLsOf(const XtreamEpisode& episode);
 
 } // namespace ondavia

@@ -5,6 +5,7 @@
 /// The QML modules, by the last part of their names and by the libraries that hold them.
 #define ONDAVIA_QML_MODULES(DO)                                                                              \
     DO(Browse, browse)                                                                                       \
+    DO(Details, details)                                                                                     \
     DO(Favorites, favorites)                                                                                 \
     DO(Guide, guide_panel)                                                                                   \
     DO(Home, home)                                                                                           \
@@ -12,6 +13,7 @@
     DO(LivePlayer, live_player)                                                                              \
     DO(Movies, movies)                                                                                       \
     DO(Player, player)                                                                                       \
+    DO(Search, search)                                                                                       \
     DO(Series, series)                                                                                       \
     DO(Shell, shell)                                                                                         \
     DO(SignIn, signin)                                                                                       \

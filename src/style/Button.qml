@@ -22,8 +22,9 @@ T.Button {
     Accessible.role: Accessible.Button
     Accessible.name: text
     Accessible.onPressAction: clicked()
-    Keys.onReturnPressed: clicked()
-    Keys.onEnterPressed: clicked()
+    // A key that is held down on what leads here must not press this too.
+    Keys.onReturnPressed: event => { if (!event.isAutoRepeat) clicked() }
+    Keys.onEnterPressed: event => { if (!event.isAutoRepeat) clicked() }
 
     contentItem: Item {
         implicitWidth: row.implicitWidth

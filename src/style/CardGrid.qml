@@ -96,6 +96,8 @@ GridView {
         x: grid.x + grid.width + grid.edge - width
         y: grid.y
         height: grid.height
+        // A grid that somebody else moves has none of its own.
+        visible: grid.interactive && size < 1
         onPressedChanged: if (pressed) grid.isCarriedAway = true
     }
 }

@@ -107,6 +107,13 @@ bool FocusGuide::isArrow(int key) const {
     return isArrowKey(key);
 }
 
+bool FocusGuide::isSearch(int key, int modifiers) const {
+    // A slash stands above the 7 on some keyboards, and on the keypad of most.
+    const int others = modifiers & ~static_cast<int>(Qt::ShiftModifier | Qt::KeypadModifier);
+    return key == Qt::Key_Search || (key == Qt::Key_Slash && others == Qt::NoModifier) ||
+           (key == Qt::Key_F && modifiers == Qt::ControlModifier);
+}
+
 bool FocusGuide::eventFilter(QObject* watched, QEvent* event) {
     switch (event->type()) {
     case QEvent::KeyPress:

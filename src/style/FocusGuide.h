@@ -26,6 +26,9 @@ public:
     /// Whether a key means the way back: Escape, the back key of a remote control, Backspace.
     Q_INVOKABLE [[nodiscard]] bool isBack(int key) const;
     Q_INVOKABLE [[nodiscard]] bool isArrow(int key) const;
+    /// Whether a key means the search: a slash, Ctrl+F, the search key of a remote control. A field that is
+    /// being typed into keeps its slash.
+    Q_INVOKABLE [[nodiscard]] bool isSearch(int key, int modifiers) const;
 
     Q_SIGNAL void isKeyboardInUseChanged();
     /// A key went down, whoever gets it. Emitted before it is delivered.

@@ -23,8 +23,15 @@ T.StackView {
         return true
     }
     /// Pages come by address: a component that is bound to where it was written cannot be made here.
-    function open(page: url, properties: var) {
-        stack.push(page, properties).forceActiveFocus()
+    function open(page: url, properties: var): Item {
+        const opened = stack.push(page, properties)
+        opened.forceActiveFocus()
+        return opened
+    }
+    /// At once: nobody has asked for it.
+    function goToFirst() {
+        if (stack.depth > 1)
+            stack.pop(null, T.StackView.Immediate)
     }
 
     pushEnter: Transition {

@@ -1,12 +1,13 @@
 import QtQuick
 import Ondavia.Style
 
-/// The title of a page, with the way back where there is one.
+/// The title of a page, with the way back where there is one, and buttons at its other end.
 Item {
     id: header
     property string title
     property string detail
     property bool canGoBack: false
+    property alias actions: actionRow.data
     signal back()
 
     implicitHeight: 72
@@ -26,7 +27,7 @@ Item {
         id: titleLabel
         anchors.left: header.canGoBack ? backButton.right : parent.left
         anchors.verticalCenter: parent.verticalCenter
-        width: Math.min(implicitWidth, parent.width - x - detailLabel.implicitWidth - Theme.unit * 4)
+        width: Math.min(implicitWidth, parent.width - x - detailLabel.implicitWidth - actionRow.width - Theme.unit * 4)
         text: header.title
         font.pixelSize: Theme.titleSize
         font.weight: Font.Bold
@@ -42,5 +43,11 @@ Item {
         anchors.baseline: titleLabel.baseline
         text: header.detail
         color: Theme.textFaint
+    }
+    Row {
+        id: actionRow
+        anchors.right: parent.right
+        anchors.rightMargin: -Theme.unit * 3
+        anchors.verticalCenter: parent.verticalCenter
     }
 }

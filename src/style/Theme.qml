@@ -8,6 +8,8 @@ QtObject {
 
     // Colours. Pictures carry the page, so the ground stays nearly black and the surfaces close to it.
     readonly property color background: "#090b10"
+    /// None of it: what fades into the page ends here.
+    readonly property color backgroundClear: Qt.rgba(theme.background.r, theme.background.g, theme.background.b, 0)
     readonly property color surface: "#12161e"
     readonly property color surfaceRaised: "#1a202b"
     readonly property color surfacePressed: "#232b38"
@@ -44,6 +46,9 @@ QtObject {
     readonly property color panel: Qt.rgba(0.05, 0.06, 0.08, 0.9)
     /// Behind the rating over a poster.
     readonly property color badge: Qt.rgba(0.03, 0.04, 0.06, 0.78)
+    /// A fact of a title: quiet on any ground.
+    readonly property color factText: Qt.rgba(1, 1, 1, 0.6)
+    readonly property color factGround: Qt.rgba(1, 1, 1, 0.08)
     /// In the place of a picture.
     readonly property color placeholderTop: "#1d2430"
     readonly property color placeholderBottom: "#141922"

@@ -44,6 +44,11 @@ TEST_F(ScreensTest, EveryControlHasAName) {
     settle();
     click("Desporto, 23");
     expectNames(*window, "live category");
+    for (const char* type : {"movie", "series"}) {
+        models->details()->open(title(1, type, "Drama", "Sal"));
+        settle();
+        expectNames(*window, type);
+    }
     models->signIn()->open();
     settle();
     expectNames(*window, "sign-in");

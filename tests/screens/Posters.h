@@ -16,13 +16,16 @@ namespace ondavia::testing {
 class Posters final {
 public:
     Posters() {
-        m_server.server.Get(R"(/(poster|logo)/(\d+)\.png)", [this](const httplib::Request& request,
-                                                                   httplib::Response& response) {
-            const int number = std::stoi(request.matches[2]);
-            const bool isPoster = request.matches[1] == "poster";
-            response.set_content(encoded(isPoster ? paintPoster(number) : paintLogo(number)), "image/png");
-            ++m_served;
-        });
+        m_server.server.Get(R"(/(poster|logo|backdrop)/(\d+)\.png)",
+                            [this](const httplib::Request& request, httplib::Response& response) {
+                                const int number = std::stoi(request.matches[2]);
+                                const std::string kind = request.matches[1];
+                                const QImage image = kind == "logo"     ? paintLogo(number)
+                                                     : kind == "poster" ? paintPoster(number, {400, 600})
+                                                                        : paintPoster(number, {1280, 720});
+                                response.set_content(encoded(image), "image/png");
+                                ++m_served;
+                            });
         m_server.start();
     }
 
@@ -32,25 +35,30 @@ public:
     [[nodiscard]] std::string logo(std::int64_t number) const {
         return m_server.url("/logo/" + std::to_string(number) + ".png");
     }
+    [[nodiscard]] std::string backdrop(std::int64_t number) const {
+        return m_server.url("/backdrop/" + std::to_string(number) + ".png");
+    }
     [[nodiscard]] int served() const { return m_served; }
 
 private:
-    static QImage paintPoster(int number) {
-        QImage image(400, 600, QImage::Format_RGB32);
+    static QImage paintPoster(int number, QSize size) {
+        QImage image(size, QImage::Format_RGB32);
         QPainter painter(&image);
         painter.setRenderHint(QPainter::Antialiasing);
         const int hue = number * 47 % 360;
-        QLinearGradient sky(0, 0, 0, 600);
+        const int middle = size.width() / 2;
+        const int ground = size.height();
+        QLinearGradient sky(0, 0, 0, ground);
         sky.setColorAt(0, QColor::fromHsv(hue, 150, 60));
         sky.setColorAt(1, QColor::fromHsv((hue + 40) % 360, 170, 210));
         painter.fillRect(image.rect(), sky);
         painter.setPen(Qt::NoPen);
         painter.setBrush(QColor(255, 245, 225, 220));
-        painter.drawEllipse(QPoint(100 + number * 37 % 200, 170), 52, 52);
+        painter.drawEllipse(QPoint(middle - 100 + number * 37 % 200, 170), 52, 52);
         painter.setBrush(QColor::fromHsv(hue, 190, 40));
-        painter.drawEllipse(QPoint(number * 61 % 400, 660), 340, 260);
+        painter.drawEllipse(QPoint(number * 61 % (2 * middle), ground + 60), middle + 140, 260);
         painter.setBrush(QColor::fromHsv(hue, 200, 24));
-        painter.drawEllipse(QPoint(400 - number * 29 % 300, 700), 380, 220);
+        painter.drawEllipse(QPoint(2 * middle - number * 29 % 300, ground + 100), middle + 180, 220);
         return image;
     }
     static QImage paintLogo(int number) {

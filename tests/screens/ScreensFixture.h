@@ -1,6 +1,7 @@
 #pragma once
 
 #include "FakeDevices.h"
+#include "library/CatalogueSearch.h"
 #include "library/CatalogueSummary.h"
 #include "library/LibraryRefresh.h"
 #include "library/NetworkMonitor.h"
@@ -97,6 +98,7 @@ protected:
         return {.appState = appState,
                 .store = *store,
                 .catalogue = catalogue,
+                .search = search,
                 .playerManager = playerManager,
                 .audioSession = audio,
                 .systemVolume = systemVolume,
@@ -129,6 +131,7 @@ protected:
     std::unique_ptr<SecItemStore> items;
     std::unique_ptr<LibraryStore> store = LibraryStore::open(folder.path() / "store");
     CatalogueSummary catalogue{*store};
+    CatalogueSearch search{*store};
     NetworkMonitor network{std::make_unique<SteadyPath>()};
     PlayerManager playerManager;
     KeychainService keychain{*items, defaults};

@@ -64,7 +64,10 @@ class HomeTest : public ScreensFixture {
 protected:
     int added = 0;
     int loaded = 0;
-    HomeViewModel model{appState, {.addProvider = [this] { ++added; }, .load = [this] { ++loaded; }}};
+    int searched = 0;
+    HomeViewModel model{
+        appState,
+        {.addProvider = [this] { ++added; }, .load = [this] { ++loaded; }, .search = [this] { ++searched; }}};
 };
 
 TEST_F(HomeTest, WelcomesByWhatThereIs) {
@@ -84,7 +87,7 @@ TEST_F(HomeTest, WelcomesByWhatThereIs) {
     EXPECT_EQ(model.totals(), (QStringList{QStringLiteral("0"), QStringLiteral("3"), QStringLiteral("0")}));
 }
 
-TEST_F(HomeTest, LeadsToTheTabsTheSignInStepAndTheLoad) {
+TEST_F(HomeTest, LeadsToTheTabsTheSignInStepTheLoadAndTheSearch) {
     model.openLive();
     EXPECT_EQ(appState.selectedTab(), AppTab::live);
     model.openMovies();
@@ -93,8 +96,10 @@ TEST_F(HomeTest, LeadsToTheTabsTheSignInStepAndTheLoad) {
     EXPECT_EQ(appState.selectedTab(), AppTab::series);
     model.addProvider();
     model.load();
+    model.search();
     EXPECT_EQ(added, 1);
     EXPECT_EQ(loaded, 1);
+    EXPECT_EQ(searched, 1);
 }
 
 TEST(OrientationLock, AllowsAllFourAtStartAndReportsTheMaskUntilTheNextSet) {

@@ -133,8 +133,29 @@ constexpr SettledText settledTexts[] = {
     {"player.nextEpisode", "Proximo episodio"},
     {"player.preparing", "A preparar reproducao..."},
     {"player.retry", "Tentar novamente"},
+    {"player.play", "Reproduzir"},
+    {"player.continue", "Continuar a ver"},
+    {"detail.favorite", "Favorito"},
+    {"detail.cast", "Elenco"},
+    {"detail.director", "Realizador"},
+    {"detail.readMore", "Ler mais"},
+    {"detail.less", "Menos"},
+    {"series.title", "Series"},
+    {"series.loadError", "Erro ao carregar detalhes da série."},
+    {"series.loadingEpisodes", "A carregar episodios..."},
+    {"series.episodeLabel", "Episodio"},
     {"player.channelList", "LISTA"},
     {"player.epg", "EPG"},
+    {"search.title", "Pesquisar"},
+    {"search.placeholder", "Pesquisar..."},
+    {"search.results", "resultados"},
+    {"search.noResults", "Sem resultados"},
+    {"search.hint", "Escreve para encontrar canais, filmes ou series"},
+    {"search.searchIn", "Pesquisar"},
+    {"search.live", "canais"},
+    {"search.movies", "filmes"},
+    {"search.series", "series"},
+    {"general.close", "Fechar"},
     {"settings.audioTrack", "Pista de Audio"},
     {"settings.subtitles", "Legendas"},
     {"settings.aspectRatio", "Proporcao"},
@@ -250,6 +271,7 @@ TEST(ShownText, IsBoundedAndSteersNothing) {
                         "evil\xe2\x81\xa6"),
               QStringLiteral("evil"));
     EXPECT_EQ(shownText(std::string(1'000'000, 'W')).size(), 300);
+    EXPECT_EQ(shownText(std::string(10'000, 'W'), 4000).size(), 4000) << "where more than a line is read";
     std::string faces;
     for (int face = 0; face < 400; ++face) {
         faces += "\xf0\x9f\x98\x80";

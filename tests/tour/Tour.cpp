@@ -84,8 +84,8 @@ void Tour::browse() {
     browseLive();
     browseMovies();
     watchFilms();
-    selectTab(3);
-    shoot(QStringLiteral("series"));
+    browseSeries();
+    search();
     selectTab(4);
     shoot(QStringLiteral("favorites"));
     press(Qt::Key_Escape);
@@ -134,7 +134,22 @@ void Tour::browseMovies() {
     selectTab(2);
     shoot(QStringLiteral("movies"));
     click(row(QStringLiteral("movieGrid"), 0));
+    shoot(QStringLiteral("movie-detail"));
+    click(find(QStringLiteral("detailPlay")));
     watch(QStringLiteral("player-film"));
+    press(Qt::Key_Escape);
+    settle();
+}
+
+void Tour::browseSeries() {
+    selectTab(3);
+    shoot(QStringLiteral("series"));
+    click(row(QStringLiteral("seriesGrid"), 0));
+    waitFor(QStringLiteral("the episodes"), [this] { return isShown(QStringLiteral("seasons")); });
+    shoot(QStringLiteral("series-detail"));
+    seeEpisodes();
+    press(Qt::Key_Escape);
+    settle();
 }
 
 void Tour::watch(const QString& name) {

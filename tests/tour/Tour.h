@@ -46,6 +46,9 @@ private:
     void showOverlays();
     void browseLive();
     void browseMovies();
+    void browseSeries();
+    void seeEpisodes();
+    void search();
     void watch(const QString& name);
     void showMoving(const QString& name);
     void watchLive();

@@ -9,33 +9,65 @@
 #include <unordered_map>
 
 namespace ondavia {
+namespace {
+
+auto categoriesChanged(BrowserKind kind) {
+    switch (kind) {
+    case BrowserKind::Live:
+        return &AppState::liveCategoriesChanged;
+    case BrowserKind::Movies:
+        return &AppState::vodCategoriesChanged;
+    case BrowserKind::Series:
+        break;
+    }
+    return &AppState::seriesCategoriesChanged;
+}
+
+} // namespace
 
 BrowserViewModel::BrowserViewModel(BrowserKind kind, AppState& appState, LibraryStore& store,
-                                   CatalogueSummary& catalogue, QObject* parent)
-    : QObject(parent)
-    , m_kind(kind)
+                                   CatalogueSummary& catalogue, OpenTitle openTitle)
+    : m_kind(kind)
     , m_appState(appState)
     , m_catalogue(catalogue)
+    , m_openTitle(std::move(openTitle))
     , m_categories(this)
     , m_titles(store, this)
     , m_listener(store, EntityKind::Channel, [this] {
         m_titles.reload();
         refresh();
     }) {
-    const auto changed =
-        kind == BrowserKind::Live ? &AppState::liveCategoriesChanged : &AppState::vodCategoriesChanged;
-    connect(&appState, changed, this, &BrowserViewModel::refresh);
+    connect(&appState, categoriesChanged(kind), this, &BrowserViewModel::refresh);
     connect(&appState, &AppState::isLoadingChanged, this, &BrowserViewModel::isLoadingChanged);
     refresh();
 }
 
 const char* BrowserViewModel::type() const {
-    return m_kind == BrowserKind::Live ? "live" : "movie";
+    switch (m_kind) {
+    case BrowserKind::Live:
+        return "live";
+    case BrowserKind::Movies:
+        return "movie";
+    case BrowserKind::Series:
+        break;
+    }
+    return "series";
+}
+
+const std::vector<CategoryItem>& BrowserViewModel::providerCategories() const {
+    switch (m_kind) {
+    case BrowserKind::Live:
+        return m_appState.liveCategories();
+    case BrowserKind::Movies:
+        return m_appState.vodCategories();
+    case BrowserKind::Series:
+        break;
+    }
+    return m_appState.seriesCategories();
 }
 
 std::vector<CategoryRow> BrowserViewModel::countedCategories() const {
-    const std::vector<CategoryItem>& categories =
-        m_kind == BrowserKind::Live ? m_appState.liveCategories() : m_appState.vodCategories();
+    const std::vector<CategoryItem>& categories = providerCategories();
     if (categories.empty()) {
         // Before the catalogue is there nobody has to wait for its counts.
         return {};
@@ -82,9 +114,16 @@ void BrowserViewModel::play(int row) {
     }
 }
 
+void BrowserViewModel::open(int row) {
+    const auto title = m_titles.channel(row);
+    if (title && m_openTitle) {
+        m_openTitle(*title);
+    }
+}
+
 void BrowserViewModel::refresh() {
     m_categories.setRows(countedCategories());
-    if (m_kind == BrowserKind::Movies && categoryRow() < 0 && m_categories.rowCount() > 0) {
+    if (m_kind != BrowserKind::Live && categoryRow() < 0 && m_categories.rowCount() > 0) {
         openCategory(0);
     } else {
         Q_EMIT categoryChanged();

@@ -9,6 +9,7 @@
 #include <QString>
 #include <qqmlregistration.h>
 
+#include <functional>
 #include <string>
 
 namespace ondavia {
@@ -16,17 +17,23 @@ namespace ondavia {
 class AppState;
 class CatalogueSummary;
 class LibraryStore;
+struct CategoryItem;
 
 /// What a browser lists.
 enum class BrowserKind {
     /// Every category of the provider; one is open once the user opens it.
     Live,
     /// The categories that have titles; one is always open.
-    Movies
+    Movies,
+    /// As the films.
+    Series
 };
 
-/// A browser: the provider's categories in their order, the titles of the open one, and playing one of
-/// them. Follows the catalogue as it changes. Main thread.
+/// Leads to the page of a title.
+using OpenTitle = std::function<void(const Channel&)>;
+
+/// A browser: the provider's categories in their order, the titles of the open one, and the way on from one
+/// of them. Follows the catalogue as it changes. Main thread.
 class BrowserViewModel final : public QObject {
     Q_OBJECT
     QML_ELEMENT
@@ -41,9 +48,9 @@ class BrowserViewModel final : public QObject {
     Q_PROPERTY(int categoryRow READ categoryRow NOTIFY categoryChanged)
 
 public:
-    /// All must outlive the object.
+    /// All must outlive the object. `openTitle` is for titles that have a page of their own.
     BrowserViewModel(BrowserKind kind, AppState& appState, LibraryStore& store, CatalogueSummary& catalogue,
-                     QObject* parent = nullptr);
+                     OpenTitle openTitle = {});
 
     [[nodiscard]] CategoryListModel* categories() { return &m_categories; }
     [[nodiscard]] ChannelListModel* titles() { return &m_titles; }
@@ -53,12 +60,17 @@ public:
 
     Q_INVOKABLE void openCategory(int row);
     Q_INVOKABLE void play(int row);
+    /// Leads to the page of a title.
+    Q_INVOKABLE void open(int row);
 
     Q_SIGNAL void isLoadingChanged();
     Q_SIGNAL void categoryChanged();
+    /// Somebody wants to search what this browser lists.
+    Q_SIGNAL void searchWanted();
 
 private:
     [[nodiscard]] const char* type() const;
+    [[nodiscard]] const std::vector<CategoryItem>& providerCategories() const;
     [[nodiscard]] std::vector<CategoryRow> countedCategories() const;
     void refresh();
     void show(std::string categoryName);
@@ -66,6 +78,7 @@ private:
     BrowserKind m_kind;
     AppState& m_appState;
     CatalogueSummary& m_catalogue;
+    OpenTitle m_openTitle;
     CategoryListModel m_categories;
     ChannelListModel m_titles;
     std::string m_categoryName;

@@ -11,8 +11,6 @@ namespace ondavia {
 
 namespace {
 
-constexpr int cachedRows = 400;
-
 /// A rating that says something: "0" is what providers send for none.
 QString ratingText(const Channel& channel) {
     return channel.rating && *channel.rating != "0" ? QString::fromStdString(*channel.rating) : QString();
@@ -23,7 +21,7 @@ QString ratingText(const Channel& channel) {
 ChannelListModel::ChannelListModel(LibraryStore& store, QObject* parent)
     : QAbstractListModel(parent)
     , m_store(store)
-    , m_rows(cachedRows) {}
+    , m_rows(store) {}
 
 void ChannelListModel::setQuery(Query<Channel> query) {
     m_query = std::move(query);
@@ -50,18 +48,7 @@ std::vector<std::int64_t> ChannelListModel::fetchKeys() const {
 }
 
 const Channel* ChannelListModel::cachedRow(int row) const {
-    const std::int64_t key = m_keys[static_cast<std::size_t>(row)];
-    if (const Channel* known = m_rows.object(key)) {
-        return known;
-    }
-    try {
-        if (auto read = m_store.mainContext().fetchByKey<Channel>(key)) {
-            m_rows.insert(key, new Channel(std::move(*read)));
-        }
-    } catch (const StoreError& error) {
-        AppLogger::general.error("A title could not be read: %s", {error.what()});
-    }
-    return m_rows.object(key);
+    return m_rows.row(m_keys[static_cast<std::size_t>(row)]);
 }
 
 std::optional<Channel> ChannelListModel::channel(int row) const {

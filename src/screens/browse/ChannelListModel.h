@@ -1,10 +1,10 @@
 #pragma once
 
 #include "entities/Channel.h"
+#include "screens/browse/ChannelRowCache.h"
 #include "store/Query.h"
 
 #include <QAbstractListModel>
-#include <QCache>
 #include <qqmlregistration.h>
 
 #include <cstdint>
@@ -45,8 +45,7 @@ private:
     LibraryStore& m_store;
     std::optional<Query<Channel>> m_query;
     std::vector<std::int64_t> m_keys;
-    /// Rows in sight and some around them, by key.
-    mutable QCache<std::int64_t, Channel> m_rows;
+    mutable ChannelRowCache m_rows;
 };
 
 } // namespace ondavia

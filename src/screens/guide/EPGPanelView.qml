@@ -103,7 +103,7 @@ FocusScope {
         color: Theme.hairline
     }
 
-    GuideList {
+    RowList {
         id: days
         objectName: "guideDays"
         anchors.fill: parent
@@ -161,7 +161,7 @@ FocusScope {
             wrapMode: Text.Wrap
         }
     }
-    GuideList {
+    RowList {
         id: programs
         objectName: "guidePrograms"
         anchors.fill: parent

@@ -107,4 +107,13 @@ FocusScope {
             }
         }
     }
+    IconButton {
+        anchors.right: parent.right
+        anchors.rightMargin: view.margin - Theme.unit * 3
+        y: Theme.unit * 6
+        visible: view.model.hasCatalogue
+        symbol: "magnifyingglass"
+        text: Texts.get("search.title", "Pesquisar")
+        onClicked: view.model.search()
+    }
 }

@@ -15,6 +15,7 @@ class AppState;
 struct HomeActions final {
     std::function<void()> addProvider;
     std::function<void()> load;
+    std::function<void()> search;
 };
 
 /// The first page: a welcome for who has no account yet, otherwise what the catalogue holds. Main thread.
@@ -49,6 +50,7 @@ public:
     Q_INVOKABLE void addProvider() { m_actions.addProvider(); }
     /// Loads the catalogue again.
     Q_INVOKABLE void load() { m_actions.load(); }
+    Q_INVOKABLE void search() { m_actions.search(); }
     Q_INVOKABLE void openLive();
     Q_INVOKABLE void openMovies();
     Q_INVOKABLE void openSeries();

@@ -15,6 +15,11 @@ FocusScope {
         y: Theme.unit * 3
         width: view.width - view.margin * 2
         title: Texts.get("live.title", "TV ao Vivo")
+        actions: IconButton {
+            symbol: "magnifyingglass"
+            text: Texts.get("search.title", "Pesquisar")
+            onClicked: view.model.searchWanted()
+        }
     }
     CardGrid {
         id: grid

@@ -2,11 +2,10 @@ pragma ComponentBehavior: Bound
 import QtQuick
 import QtQuick.Templates as T
 import Ondavia.Browse
-import Ondavia.Guide
 import Ondavia.Style
 
 /// The categories to choose from, the selected one with a check mark.
-GuideList {
+RowList {
     id: list
     required property CategoryListModel categories
     required property int selectedRow

@@ -1,5 +1,4 @@
 import QtQuick
-import Ondavia.Player
 import Ondavia.Style
 
 /// Which channel is on air and what it shows now, and the way to the guide and back.

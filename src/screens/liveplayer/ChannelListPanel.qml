@@ -2,7 +2,6 @@ pragma ComponentBehavior: Bound
 import QtQuick
 import QtQuick.Templates as T
 import Ondavia.Browse
-import Ondavia.Guide
 import Ondavia.LivePlayer
 import Ondavia.Style
 
@@ -97,7 +96,7 @@ FocusScope {
             FocusRing { control: category; radius: parent.radius + distance }
         }
     }
-    GuideList {
+    RowList {
         id: list
         objectName: "zapList"
         anchors.top: category.bottom

@@ -1,26 +1,9 @@
 #include "screens/player/NextEpisode.h"
 
-#include "platform/URLSession.h"
 #include "protocol/Episode.h"
 #include "state/AppState.h"
 
-#include <QUrl>
-
 namespace ondavia {
-
-namespace {
-
-std::vector<std::string> urlsAmong(const std::optional<std::vector<std::string>>& texts) {
-    std::vector<std::string> urls;
-    for (const std::string& text : texts.value_or(std::vector<std::string>())) {
-        if (const auto url = makeURL(text)) {
-            urls.push_back(url->toEncoded().toStdString());
-        }
-    }
-    return urls;
-}
-
-} // namespace
 
 bool NextEpisode::exists(const AppState& appState) {
     return !appState.seriesEpisodes().empty() &&
@@ -40,7 +23,7 @@ std::optional<NextEpisode> NextEpisode::after(const AppState& appState) {
         return std::nullopt;
     }
     return NextEpisode{next, makeEpisode(episode, *episode.id, *appState.seriesParentChannel(), *client),
-                       urlsAmong(episode.subtitles)};
+                       subtitleURLsOf(episode)};
 }
 
 } // namespace ondavia

@@ -1,9 +1,12 @@
 import QtQuick
+import Ondavia.Browse
 import Ondavia.Style
 
-/// The series tab.
-EmptyStateView {
-    icon: "play.rectangle.on.rectangle.fill"
+/// The series.
+TitlesView {
+    kind: "series"
+    symbol: "play.rectangle.fill"
     title: Texts.get("series.title", "Series")
-    message: Texts.get("series.notYet", "As séries ainda não podem ser vistas nesta versão.")
+    emptyTitle: Texts.get("series.empty", "Sem séries")
+    emptyMessage: Texts.get("series.emptyMessage", "As séries aparecem aqui assim que o catálogo do provedor for carregado.")
 }

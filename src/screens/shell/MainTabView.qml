@@ -1,5 +1,6 @@
 pragma ComponentBehavior: Bound
 import QtQuick
+import Ondavia.Details
 import Ondavia.Shell
 import Ondavia.Style
 
@@ -14,6 +15,28 @@ FocusScope {
     /// What the rail takes from its left.
     readonly property real railWidth: view.isWide ? navigation.width : 0
     readonly property int current: view.models.content.selectedTab
+
+    /// The pages of a tab; null before its first visit.
+    function stackOf(index: int): NavigationStack {
+        const tab = stacks.itemAt(index) as Loader
+        return tab === null ? null : tab.item as NavigationStack
+    }
+
+    Connections {
+        target: view.models.details
+        function onOpened(model: DetailViewModel) {
+            const page = model.isSeries ? "../Details/SeriesDetailView.qml" : "../Details/MovieDetailView.qml"
+            const stack = view.stackOf(view.tabs.findIndex(entry => entry.tab === view.current))
+            model.belongTo(stack.open(Qt.resolvedUrl(page), { model: model }))
+        }
+        function onAllOutdated() {
+            for (let index = 0; index < stacks.count; ++index) {
+                const stack = view.stackOf(index)
+                if (stack !== null)
+                    stack.goToFirst()
+            }
+        }
+    }
 
     readonly property var tabs: [
         {
@@ -31,7 +54,7 @@ FocusScope {
         {
             tab: ContentViewModel.Series, text: Texts.get("tab.series", "Series"),
             symbol: "play.rectangle.on.rectangle.fill",
-            page: Qt.resolvedUrl("../Series/SeriesView.qml"), properties: {}
+            page: Qt.resolvedUrl("../Series/SeriesView.qml"), properties: { model: view.models.series }
         },
         {
             tab: ContentViewModel.Favorites, text: Texts.get("tab.favorites", "Favoritos"), symbol: "heart.fill",
@@ -90,6 +113,7 @@ FocusScope {
         height: view.height - view.barHeight
 
         Repeater {
+            id: stacks
             model: view.tabs
             Loader {
                 id: tab
@@ -105,12 +129,27 @@ FocusScope {
                         })
                 }
 
+                function openSearch(type: string) {
+                    const stack = tab.item as NavigationStack
+                    // A search over a search would find the same.
+                    if (stack.currentItem.objectName === "searchPage")
+                        stack.currentItem.forceActiveFocus(Qt.TabFocusReason)
+                    else
+                        stack.open(Qt.resolvedUrl(type === "" ? "../Search/SearchView.qml" : "../Search/FilteredSearchView.qml"),
+                                   { model: view.models.makeSearch(type) })
+                }
+
                 anchors.fill: parent
                 visible: tab.isCurrent
                 focus: tab.isCurrent
                 enabled: tab.isCurrent
                 onIsCurrentChanged: tab.visit()
                 Component.onCompleted: tab.visit()
+                Connections {
+                    target: view.models
+                    enabled: tab.isCurrent
+                    function onSearchWanted(type) { tab.openSearch(type) }
+                }
             }
         }
     }

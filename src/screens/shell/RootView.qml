@@ -23,11 +23,15 @@ FocusScope {
     }
 
     // What no control wanted: arrows move the focus to the nearest control in their direction, and who
-    // goes back from the first page of a tab leaves the tab, then the application.
+    // goes back from the first page of a tab leaves the tab, then the application. The search is a key away from
+    // every page.
     Keys.onPressed: event => {
-        event.accepted = FocusGuide.isBack(event.key) || FocusGuide.move(root, event.key)
+        const isSearch = FocusGuide.isSearch(event.key, event.modifiers)
+        event.accepted = isSearch || FocusGuide.isBack(event.key) || FocusGuide.move(root, event.key)
         if (FocusGuide.isBack(event.key) && !event.isAutoRepeat)
             root.goBack()
+        else if (isSearch && tabs.enabled && !event.isAutoRepeat)
+            root.models.searchWanted("")
     }
     Component.onCompleted: {
         root.models.content.start()

@@ -4,7 +4,9 @@
 #include "screens/home/HomeViewModel.h"
 #include "screens/player/MiniPlayerViewModel.h"
 #include "screens/player/PlayerPresentation.h"
+#include "screens/search/SearchViewModel.h"
 #include "screens/shell/ContentViewModel.h"
+#include "screens/shell/DetailPages.h"
 #include "screens/shell/FullScreenPlayers.h"
 #include "screens/shell/LoadingExit.h"
 #include "screens/shell/ScreenServices.h"
@@ -26,6 +28,8 @@ class ScreenModels final : public QObject {
     Q_PROPERTY(ondavia::SignInViewModel* signIn READ signIn CONSTANT)
     Q_PROPERTY(ondavia::BrowserViewModel* live READ live CONSTANT)
     Q_PROPERTY(ondavia::BrowserViewModel* movies READ movies CONSTANT)
+    Q_PROPERTY(ondavia::BrowserViewModel* series READ series CONSTANT)
+    Q_PROPERTY(ondavia::DetailPages* details READ details CONSTANT)
     Q_PROPERTY(ondavia::PlayerPresentation* player READ player CONSTANT)
     Q_PROPERTY(ondavia::MiniPlayerViewModel* miniPlayer READ miniPlayer CONSTANT)
     Q_PROPERTY(ondavia::LoadingExit* loadingExit READ loadingExit CONSTANT)
@@ -41,17 +45,29 @@ public:
     [[nodiscard]] SignInViewModel* signIn() { return &m_signIn; }
     [[nodiscard]] BrowserViewModel* live() { return &m_live; }
     [[nodiscard]] BrowserViewModel* movies() { return &m_movies; }
+    [[nodiscard]] BrowserViewModel* series() { return &m_series; }
+    [[nodiscard]] DetailPages* details() { return &m_details; }
     [[nodiscard]] PlayerPresentation* player() { return &m_player; }
     [[nodiscard]] MiniPlayerViewModel* miniPlayer() { return &m_miniPlayer; }
     [[nodiscard]] LoadingExit* loadingExit() { return &m_loadingExit; }
     [[nodiscard]] QString lossNotice() const { return m_lossNotice; }
 
+    /// A search for one opening of its page, over "live", "movie" or "series", or over everything for an
+    /// empty text. Lives until the page closes it.
+    Q_INVOKABLE ondavia::SearchViewModel* makeSearch(const QString& type);
+
+    /// The page of such a search is to be opened.
+    Q_SIGNAL void searchWanted(const QString& type);
+
 private:
+    SearchServices m_search;
     ContentViewModel& m_content;
     HomeViewModel m_home;
     SignInViewModel m_signIn;
+    DetailPages m_details;
     BrowserViewModel m_live;
     BrowserViewModel m_movies;
+    BrowserViewModel m_series;
     FullScreenPlayers m_players;
     PlayerPresentation m_player;
     MiniPlayerViewModel m_miniPlayer;

@@ -11,6 +11,7 @@ namespace ondavia {
 
 class AVAudioSession;
 class AppState;
+class CatalogueSearch;
 class CatalogueSummary;
 class ContentViewModel;
 class KeychainService;
@@ -28,6 +29,7 @@ struct ScreenServices final {
     AppState& appState;
     LibraryStore& store;
     CatalogueSummary& catalogue;
+    CatalogueSearch& search;
     PlayerManager& playerManager;
     AVAudioSession& audioSession;
     SystemVolumeHelper& systemVolume;

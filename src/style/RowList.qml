@@ -40,6 +40,8 @@ ListView {
         list.isCarriedAway = false
         list.currentIndex = target
         list.positionViewAtIndex(target, ListView.Contain)
+        // A row that was far away is as high as the others until it is made, and has no title above it.
+        list.positionViewAtIndex(target, ListView.Contain)
         return true
     }
     /// The row that a key leads to; outside of the list for keys that mean nothing here.
