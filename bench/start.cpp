@@ -37,7 +37,7 @@ bool showsPoster(const QQuickItem& item) {
         return false;
     }
     const auto children = item.childItems();
-    return QByteArray(item.metaObject()->className()).startsWith("PosterCard") ||
+    return QByteArray(item.metaObject()->className()).startsWith("ContentCardView") ||
            std::ranges::any_of(children, [](const QQuickItem* child) { return showsPoster(*child); });
 }
 

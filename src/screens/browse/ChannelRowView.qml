@@ -2,16 +2,20 @@ import QtQuick
 import QtQuick.Templates as T
 import Ondavia.Style
 
-/// A channel: its logo on a quiet tile, its name, and that it is live.
+/// A channel: its logo on a quiet tile, its name, what is on, and that it is live.
 T.ItemDelegate {
     id: row
     property url picture
+    /// Empty where the guide does not know it.
+    property string currentProgram
+    property string type: "live"
 
     implicitHeight: 80
     padding: Theme.unit * 3
     focusPolicy: Qt.ClickFocus
     Accessible.role: Accessible.ListItem
     Accessible.name: text
+    Accessible.description: row.currentProgram
     Accessible.onPressAction: clicked()
     Keys.onReturnPressed: clicked()
     Keys.onEnterPressed: clicked()
@@ -40,24 +44,43 @@ T.ItemDelegate {
                 text: row.text
                 font.weight: Font.Medium
                 wrapMode: Text.Wrap
-                maximumLineCount: 2
+                maximumLineCount: row.currentProgram === "" ? 2 : 1
                 elide: Text.ElideRight
                 Accessible.ignored: true
             }
-            Row {
-                spacing: Theme.unit * 2
-                Rectangle {
-                    width: 6
-                    height: 6
-                    radius: 3
-                    color: Theme.danger
+            Item {
+                width: parent.width
+                height: Math.max(live.height, program.height)
+                Row {
+                    id: live
+                    visible: row.type === "live"
+                    width: visible ? implicitWidth + Theme.unit * 2 : 0
                     anchors.verticalCenter: parent.verticalCenter
+                    spacing: Theme.unit * 2
+                    Rectangle {
+                        width: 6
+                        height: 6
+                        radius: 3
+                        color: Theme.danger
+                        anchors.verticalCenter: parent.verticalCenter
+                    }
+                    Label {
+                        text: Texts.get("AO VIVO", "AO VIVO")
+                        color: Theme.textFaint
+                        font.pixelSize: Theme.captionSize
+                        font.weight: Font.DemiBold
+                        Accessible.ignored: true
+                    }
                 }
                 Label {
-                    text: Texts.get("AO VIVO", "AO VIVO")
-                    color: Theme.textFaint
+                    id: program
+                    anchors.left: live.right
+                    anchors.right: parent.right
+                    anchors.verticalCenter: parent.verticalCenter
+                    text: row.currentProgram
+                    color: Theme.textMuted
                     font.pixelSize: Theme.captionSize
-                    font.weight: Font.DemiBold
+                    elide: Text.ElideRight
                     Accessible.ignored: true
                 }
             }
