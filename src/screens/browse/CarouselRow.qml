@@ -14,6 +14,8 @@ FocusScope {
     property real margin
     property real gap
     property int cardWidth
+    /// Where each category stands, by its name: while its row shows others, and when it is made anew.
+    property var places: ({})
     readonly property real pitch: row.cardWidth + row.gap
     readonly property bool isHeaderCurrent: header.focus
     readonly property bool isAtBeginning: !header.focus && cards.currentIndex === 0
@@ -25,6 +27,10 @@ FocusScope {
 
     /// What a row has around its posters.
     enum Measure { HeaderHeight = 52, RowGap = 16, Surroundings = 124 }
+
+    Component.onCompleted: row.takePlace()
+    ListView.onReused: row.takePlace()
+    onPitchChanged: row.takePlace()
 
     CarouselTitles {
         id: titles
@@ -95,6 +101,7 @@ FocusScope {
         Accessible.role: Accessible.List
         Accessible.name: row.name
         onMovementStarted: row.carried()
+        onMovementEnded: row.keepPlace()
         // Sideways by a wheel that only turns up and down.
         WheelHandler {
             acceptedModifiers: Qt.ShiftModifier
@@ -103,6 +110,7 @@ FocusScope {
                 row.carried()
                 slide.stop()
                 cards.contentX = cards.bounded(cards.contentX - event.angleDelta.y)
+                row.keepPlace()
             }
         }
         NumberAnimation {
@@ -136,6 +144,7 @@ FocusScope {
                 onClicked: {
                     cards.currentIndex = cell.index
                     row.leaveHeader()
+                    row.keepPlace()
                     row.cardClicked(titles.list, cell.index)
                 }
             }
@@ -173,6 +182,7 @@ FocusScope {
             slide.to = goal
             slide.start()
         }
+        row.keepPlace()
     }
     /// Whether the header has the focus since then, and had not before.
     function enterHeader(): bool {
@@ -205,14 +215,16 @@ FocusScope {
         const left = row.placeOfCurrent()
         return left + row.cardWidth / 2 < 0 || left + row.cardWidth / 2 > cards.width
     }
-    /// What the category keeps while the row shows others.
-    function place(): var {
-        return { contentX: cards.contentX - cards.originX, card: cards.currentIndex }
+    /// In cards, for rows whose cards have another size then.
+    function keepPlace() {
+        const scrolled = (slide.running ? slide.to : cards.contentX) - cards.originX
+        row.places[row.name] = { first: (scrolled + row.margin) / row.pitch, card: cards.currentIndex }
     }
-    function takePlace(kept: var) {
+    function takePlace() {
+        const kept = row.places[row.name]
         slide.stop()
         cards.focus = true
         cards.currentIndex = kept === undefined ? 0 : Math.max(0, Math.min(kept.card, cards.count - 1))
-        cards.contentX = cards.bounded(cards.originX + (kept === undefined ? -row.margin : kept.contentX))
+        cards.contentX = cards.bounded(cards.originX - row.margin + (kept === undefined ? 0 : kept.first * row.pitch))
     }
 }

@@ -42,8 +42,7 @@ FocusScope {
         readonly property CarouselRow currentRow: list.currentItem as CarouselRow
         /// A pointer has moved the view, or a row of it, since the last key.
         property bool isCarriedAway: false
-        /// Where each category stood when its row went out of sight, by its name.
-        property var places: ({})
+        readonly property var places: ({})
 
         anchors.top: header.bottom
         anchors.bottom: parent.bottom
@@ -83,6 +82,7 @@ FocusScope {
                 return false
             if (FocusGuide.isArrow(key) && list.isCurrentLost()) {
                 list.enterView()
+                list.reveal(list.currentIndex)
                 return true
             }
             const moved = list.moveUpOrDown(key) || list.currentRow.move(key)
@@ -161,8 +161,7 @@ FocusScope {
                 page.browser.openFrom(titles, card)
             }
             onCarried: list.isCarriedAway = true
-            ListView.onPooled: list.places[row.name] = row.place()
-            ListView.onReused: row.takePlace(list.places[row.name])
+            places: list.places
         }
         T.ScrollBar.vertical: ScrollBar { onPressedChanged: if (pressed) list.isCarriedAway = true }
     }

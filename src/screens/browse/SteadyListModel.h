@@ -32,20 +32,16 @@ protected:
 
     /// Rows without names of their own: each changes where it stands, and the list grows and shrinks at its end.
     template<class Row> void replaceRows(std::vector<Row>& rows, std::vector<Row> next) {
-        const int before = static_cast<int>(rows.size());
-        const int after = static_cast<int>(next.size());
-        if (after < before) {
-            beginRemoveRows({}, after, before - 1);
-            rows = std::move(next);
-            endRemoveRows();
-        } else if (after > before) {
-            beginInsertRows({}, before, after - 1);
-            rows = std::move(next);
+        cut(rows, next.size());
+        const std::size_t kept = rows.size();
+        const auto firstNew = next.begin() + static_cast<std::ptrdiff_t>(kept);
+        std::move(next.begin(), firstNew, rows.begin());
+        tellChanged(0, static_cast<int>(kept) - 1);
+        if (firstNew != next.end()) {
+            beginInsertRows({}, static_cast<int>(kept), static_cast<int>(next.size()) - 1);
+            rows.insert(rows.end(), firstNew, next.end());
             endInsertRows();
-        } else {
-            rows = std::move(next);
         }
-        tellChanged(0, std::min(before, after) - 1);
     }
 
     /// Rows that are known by `name`: one that stays goes to its new place, with what the views know of it.

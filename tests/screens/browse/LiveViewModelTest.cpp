@@ -1,4 +1,5 @@
 #include "BrowseFixture.h"
+#include "screens/search/SearchViewModel.h"
 
 namespace ondavia::testing {
 namespace {
