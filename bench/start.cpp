@@ -41,9 +41,7 @@ void runOurs() {
 
 void runBare() {
     QQmlApplicationEngine engine;
-    runSide([&] {
-        return awaitFrame(openEmptyWindow(engine), [] { return true; });
-    });
+    runSide([&] { return awaitFrame(openEmptyWindow(engine), [] { return true; }); });
 }
 
 void runTool(const QStringList& arguments, const QByteArray& input = {}) {

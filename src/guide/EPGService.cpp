@@ -126,9 +126,9 @@ CurrentTitles fetchCurrentTitles(StoreContext& guide, Date now) {
     return readOrEmpty<CurrentTitles>([&] {
         CurrentTitles titles;
         const auto add = [&](const Predicate<Program>& startedThen) {
-            const Query<Program> isOn{
-                .where = startedThen && field(&Program::start) <= now && field(&Program::stop) > now,
-                .sort = {ascending(&Program::start)}};
+            const Query<Program> isOn{.where = startedThen && field(&Program::start) <= now &&
+                                               field(&Program::stop) > now,
+                                      .sort = {ascending(&Program::start)}};
             for (auto& row : guide.fetchMembers(isOn, &Program::channelId, &Program::title)) {
                 titles.insert_or_assign(std::move(std::get<0>(row.members)),
                                         std::move(std::get<1>(row.members)));

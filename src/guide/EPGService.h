@@ -40,8 +40,8 @@ struct GuideEnvironment final {
 /// Titles of programmes by the channels' guide ids.
 using CurrentTitles = std::unordered_map<std::string, std::string>;
 
-/// The titles of what is on at `now`, by channel; of several on one channel, the one that began last. Empty also
-/// when the store cannot be read. On the context's thread.
+/// The titles of what is on at `now`, by channel; of several on one channel, the one that began last. Empty
+/// also when the store cannot be read. On the context's thread.
 [[nodiscard]] CurrentTitles fetchCurrentTitles(StoreContext& guide, Date now);
 
 /// The programme guide's store layer: fills the guide and answers what is on. Thin, made on the spot for

@@ -32,7 +32,9 @@ public:
     /// meanwhile waits for it.
     void prefetch();
     /// Whether nobody who asks now would have to wait.
-    [[nodiscard]] bool isReady() const { return m_isCounted || (m_prefetched.isValid() && m_prefetched.isFinished()); }
+    [[nodiscard]] bool isReady() const {
+        return m_isCounted || (m_prefetched.isValid() && m_prefetched.isFinished());
+    }
     /// Done when nobody who asks would have to wait. The object may go meanwhile.
     QCoro::Task<void> ready();
 

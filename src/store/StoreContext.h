@@ -123,11 +123,11 @@ public:
         return keys;
     }
 
-    /// The different values of a text member, ascending, each with its number of rows and the keys of its first
-    /// ones by `order`. One pass over the rows, for the price of an index that has them in this order.
+    /// The different values of a text member, ascending, each with its number of rows and the keys of its
+    /// first ones by `order`. One pass over the rows, for the price of an index that has them in this order.
     template<Entity T, class Order>
-    [[nodiscard]] std::vector<KeyGroup> groupKeys(std::string T::*member, Order T::*order, std::size_t longest,
-                                                  const Predicate<T>& where = {}) {
+    [[nodiscard]] std::vector<KeyGroup> groupKeys(std::string T::*member, Order T::*order,
+                                                  std::size_t longest, const Predicate<T>& where = {}) {
         const SqlText text = selectText<T>(quotedName(columnName(member)).append(", ").append(keyColumn),
                                            {.where = where, .sort = {ascending(member), ascending(order)}});
         std::vector<KeyGroup> groups;

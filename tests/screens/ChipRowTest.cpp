@@ -25,9 +25,10 @@ protected:
     void openChoices() {
         show(GetParam().width(), GetParam().height());
         QQmlComponent component(qmlEngine(named("root")));
-        component.setData("import QtQuick; import Ondavia.Style\n"
-                          "ChipRow { id: row; height: 60; focus: true; onPicked: index => row.chosen = index }",
-                          {});
+        component.setData(
+            "import QtQuick; import Ondavia.Style\n"
+            "ChipRow { id: row; height: 60; focus: true; onPicked: index => row.chosen = index }",
+            {});
         QStringList names;
         for (int number = 1; number <= choices; ++number) {
             names.append(QStringLiteral("Género %1").arg(number));

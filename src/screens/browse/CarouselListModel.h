@@ -21,7 +21,8 @@ struct Carousel final {
     bool operator==(const Carousel&) const = default;
 };
 
-/// The categories of films or series that have titles. `CarouselTitles` is what one of them shows. Main thread.
+/// The categories of films or series that have titles. `CarouselTitles` is what one of them shows. Main
+/// thread.
 class CarouselListModel final : public SteadyListModel {
     Q_OBJECT
     QML_ELEMENT

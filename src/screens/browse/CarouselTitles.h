@@ -15,7 +15,8 @@ namespace ondavia {
 class CarouselTitles : public QObject {
     Q_OBJECT
     QML_ELEMENT
-    Q_PROPERTY(ondavia::CarouselListModel* carousels READ carousels WRITE setCarousels NOTIFY carouselsChanged)
+    Q_PROPERTY(
+        ondavia::CarouselListModel* carousels READ carousels WRITE setCarousels NOTIFY carouselsChanged)
     Q_PROPERTY(int row READ row WRITE setRow NOTIFY rowChanged)
     Q_PROPERTY(ondavia::ChannelListModel* list READ list CONSTANT)
 

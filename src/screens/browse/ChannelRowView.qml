@@ -38,7 +38,7 @@ T.ItemDelegate {
             anchors.right: play.left
             anchors.rightMargin: Theme.unit * 2
             anchors.verticalCenter: parent.verticalCenter
-            spacing: Theme.unit
+            spacing: row.currentProgram === "" ? Theme.unit : Theme.unit / 2
             Label {
                 width: parent.width
                 text: row.text
@@ -48,39 +48,30 @@ T.ItemDelegate {
                 elide: Text.ElideRight
                 Accessible.ignored: true
             }
-            Item {
+            Label {
                 width: parent.width
-                height: Math.max(live.height, program.height)
-                Row {
-                    id: live
-                    visible: row.type === "live"
-                    width: visible ? implicitWidth + Theme.unit * 2 : 0
+                visible: text !== ""
+                text: row.currentProgram
+                color: Theme.textMuted
+                font.pixelSize: Theme.captionSize
+                elide: Text.ElideRight
+                Accessible.ignored: true
+            }
+            Row {
+                visible: row.type === "live"
+                spacing: Theme.unit * 2
+                Rectangle {
+                    width: 6
+                    height: 6
+                    radius: 3
+                    color: Theme.danger
                     anchors.verticalCenter: parent.verticalCenter
-                    spacing: Theme.unit * 2
-                    Rectangle {
-                        width: 6
-                        height: 6
-                        radius: 3
-                        color: Theme.danger
-                        anchors.verticalCenter: parent.verticalCenter
-                    }
-                    Label {
-                        text: Texts.get("AO VIVO", "AO VIVO")
-                        color: Theme.textFaint
-                        font.pixelSize: Theme.captionSize
-                        font.weight: Font.DemiBold
-                        Accessible.ignored: true
-                    }
                 }
                 Label {
-                    id: program
-                    anchors.left: live.right
-                    anchors.right: parent.right
-                    anchors.verticalCenter: parent.verticalCenter
-                    text: row.currentProgram
-                    color: Theme.textMuted
+                    text: Texts.get("AO VIVO", "AO VIVO")
+                    color: Theme.textFaint
                     font.pixelSize: Theme.captionSize
-                    elide: Text.ElideRight
+                    font.weight: Font.DemiBold
                     Accessible.ignored: true
                 }
             }

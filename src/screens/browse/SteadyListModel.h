@@ -30,7 +30,8 @@ protected:
         }
     }
 
-    /// Rows without names of their own: each changes where it stands, and the list grows and shrinks at its end.
+    /// Rows without names of their own: each changes where it stands, and the list grows and shrinks at its
+    /// end.
     template<class Row> void replaceRows(std::vector<Row>& rows, std::vector<Row> next) {
         cut(rows, next.size());
         const std::size_t kept = rows.size();

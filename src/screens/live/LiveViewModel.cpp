@@ -27,8 +27,8 @@ void LiveViewModel::showGroups(const std::vector<CategoryItem>& categories,
     std::vector<CategoryRow> rows;
     for (const CategoryItem& category : categories) {
         const auto count = channelCounts.find(category.name);
-        rows.push_back({category.name,
-                        count != channelCounts.end() ? std::optional(count->second) : std::nullopt});
+        rows.push_back(
+            {category.name, count != channelCounts.end() ? std::optional(count->second) : std::nullopt});
     }
     m_categories.setRows(std::move(rows));
 }

@@ -11,8 +11,8 @@
 
 namespace ondavia {
 
-/// The channels: every category of the provider with its number of channels, and the channels of one with what
-/// is on. Main thread.
+/// The channels: every category of the provider with its number of channels, and the channels of one with
+/// what is on. Main thread.
 class LiveViewModel final : public CatalogueBrowser {
     Q_OBJECT
     QML_ELEMENT

@@ -211,7 +211,8 @@ TEST_F(BrowserTest, FollowsTheCatalogueAndItsOrder) {
 }
 
 TEST_F(BrowserTest, ARowThatGoesToAnotherCategoryChangesItsListAndMakesNoneAnew) {
-    fill({title(1, "movie", "Drama", "One"), title(2, "movie", "Drama", "Two"), title(3, "movie", "Crime", "Three")});
+    fill({title(1, "movie", "Drama", "One"), title(2, "movie", "Drama", "Two"),
+          title(3, "movie", "Crime", "Three")});
     appState.setVodCategories(categoryItems({"Drama", "Crime"}));
     appear(films);
     CarouselTitles titles;

@@ -55,8 +55,8 @@ protected:
         const QRectF item = sceneRect(*window->activeFocusItem());
         const QRectF page = sceneRect(*list());
         EXPECT_TRUE(page.adjusted(-1, -1, 1, 1).contains(item))
-            << name << " is not seen whole: " << item.x() << ", " << item.y() << " of " << item.width() << " by "
-            << item.height();
+            << name << " is not seen whole: " << item.x() << ", " << item.y() << " of " << item.width()
+            << " by " << item.height();
     }
     void wheel(QPoint notch) { wheel(notch, sceneRect(*list()).center(), Qt::NoModifier); }
     void wheel(QPoint notch, QPointF place, Qt::KeyboardModifiers modifiers) {
@@ -224,8 +224,8 @@ TEST_P(CarouselTest, AHeaderOpensAllTitlesAndBackLeadsToItsRow) {
 
 TEST_P(CarouselTest, BackFromATitleLeadsToItsCard) {
     openFilms();
-    for (const auto key : {Qt::Key_Down, Qt::Key_Down, Qt::Key_Right, Qt::Key_Right, Qt::Key_Right, Qt::Key_Right,
-                           Qt::Key_Right, Qt::Key_Right, Qt::Key_Right}) {
+    for (const auto key : {Qt::Key_Down, Qt::Key_Down, Qt::Key_Right, Qt::Key_Right, Qt::Key_Right,
+                           Qt::Key_Right, Qt::Key_Right, Qt::Key_Right, Qt::Key_Right}) {
         press(key);
     }
     expectFocus("Filme 3.8");
@@ -414,7 +414,8 @@ TEST_P(CarouselTest, AnEmptyCatalogueShowsNoRowsAndNoMessage) {
         collect(*window->contentItem(), [&](QQuickItem& item) {
             if (item.property("plainText").isValid() || item.inherits("QQuickText")) {
                 const bool isIcon = item.property("symbol").isValid();
-                const std::string text = isIcon ? std::string() : item.property("text").toString().toStdString();
+                const std::string text =
+                    isIcon ? std::string() : item.property("text").toString().toStdString();
                 said.push_back(text);
             }
         });
@@ -424,7 +425,8 @@ TEST_P(CarouselTest, AnEmptyCatalogueShowsNoRowsAndNoMessage) {
     }
 }
 
-INSTANTIATE_TEST_SUITE_P(Sizes, CarouselTest, ::testing::Values(QSize(1280, 800), QSize(412, 892), QSize(1000, 480)));
+INSTANTIATE_TEST_SUITE_P(Sizes, CarouselTest,
+                         ::testing::Values(QSize(1280, 800), QSize(412, 892), QSize(1000, 480)));
 
 class WideCarouselTest : public CarouselTest {};
 
@@ -442,6 +444,60 @@ TEST_P(WideCarouselTest, LeftInTheFirstColumnGoesToTheRailAndRightComesBack) {
 
 INSTANTIATE_TEST_SUITE_P(Sizes, WideCarouselTest, ::testing::Values(QSize(1280, 800)));
 
+/// With pictures; for the eye, and for Qt's complaints.
+class BrowserLookTest : public ScreensTest, public ::testing::WithParamInterface<QSize> {};
+
+TEST_P(BrowserLookTest, DrawsWithoutAWarning) {
+    signInWithCatalogue();
+    auto channels = store->mainContext().fetch<Channel>({.where = field(&Channel::type) == "live"});
+    const Date now = currentDate();
+    for (Channel& channel : channels) {
+        channel.epgChannelId = channel.id;
+        store->mainContext().insert(channel);
+        if (channel.num % 3 != 0) {
+            store->mainContext().insert(EPGProgram{channel.id,
+                                                   channel.id,
+                                                   "Jornal da Tarde, com os Enviados Especiais às Ilhas",
+                                                   {},
+                                                   now - std::chrono::minutes(5),
+                                                   now + std::chrono::hours(1),
+                                                   {}});
+        }
+    }
+    store->mainContext().save();
+    show(GetParam().width(), GetParam().height());
+    appState.setSelectedTab(AppTab::movies);
+    ASSERT_TRUE(waitUntil([this] { return posters.served() > 8; }));
+    shoot("look-carousels");
+    press(Qt::Key_Shift);
+    press(Qt::Key_Down);
+    press(Qt::Key_Right);
+    press(Qt::Key_Right);
+    shoot("look-carousels-focus");
+    press(Qt::Key_End);
+    press(Qt::Key_Right);
+    shoot("look-carousels-header");
+    press(Qt::Key_Return);
+    settle();
+    press(Qt::Key_Down);
+    ASSERT_TRUE(waitUntil([this] { return posters.served() > 16; }));
+    shoot("look-category");
+    appState.setSelectedTab(AppTab::live);
+    shoot("look-live");
+    click("Desporto, 23");
+    press(Qt::Key_Down);
+    shoot("look-live-channels");
+    models->movies()->setIsLoading(true);
+    appState.setSelectedTab(AppTab::movies);
+    press(Qt::Key_Escape);
+    appState.setSelectedTab(AppTab::movies);
+    settle();
+    shoot("look-loading");
+    EXPECT_THAT(messages, ::testing::IsEmpty());
+}
+
+INSTANTIATE_TEST_SUITE_P(Sizes, BrowserLookTest, ::testing::Values(QSize(1280, 800), QSize(412, 892)));
+
 class LiveBrowserWindowTest : public ScreensTest {};
 
 TEST_F(LiveBrowserWindowTest, AChannelShowsItsProgrammeAndThatItIsLive) {
@@ -449,8 +505,8 @@ TEST_F(LiveBrowserWindowTest, AChannelShowsItsProgrammeAndThatItIsLive) {
     first.epgChannelId = "d1";
     fill({first, title(2, "live", "Desporto", "Desporto 2")});
     const Date now = currentDate();
-    store->mainContext().insert(EPGProgram{"p", "d1", "Jogo da Jornada", {}, now - std::chrono::minutes(5),
-                                           now + std::chrono::hours(1), {}});
+    store->mainContext().insert(EPGProgram{
+        "p", "d1", "Jogo da Jornada", {}, now - std::chrono::minutes(5), now + std::chrono::hours(1), {}});
     store->mainContext().save();
     appState.setLiveCategories(categoryItems({"Desporto", "Vazia"}));
     appState.setSelectedTab(AppTab::live);
@@ -459,7 +515,8 @@ TEST_F(LiveBrowserWindowTest, AChannelShowsItsProgrammeAndThatItIsLive) {
     const auto shown = [this](const char* text) {
         int found = 0;
         collect(*window->contentItem(), [&](QQuickItem& item) {
-            found += item.inherits("QQuickText") && item.property("text").toString() == QString::fromUtf8(text);
+            found +=
+                item.inherits("QQuickText") && item.property("text").toString() == QString::fromUtf8(text);
         });
         return found;
     };

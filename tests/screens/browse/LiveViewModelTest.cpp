@@ -4,10 +4,10 @@
 namespace ondavia::testing {
 namespace {
 
+using std::chrono::minutes;
 using ::testing::Each;
 using ::testing::ElementsAre;
 using ::testing::IsEmpty;
-using std::chrono::minutes;
 
 class LiveBrowserTest : public BrowseFixture {
 protected:
@@ -36,7 +36,8 @@ protected:
 
 TEST_F(LiveBrowserTest, CategoriesKeepTheProvidersOrderAndCountTheStoredChannels) {
     appState.setLiveCategories(categoryItems({"Sport", "News"}));
-    fill({title(1, "live", "Sport", "One"), title(2, "live", "Sport", "Two"), title(3, "live", "Lost", "Three"),
+    fill({title(1, "live", "Sport", "One"), title(2, "live", "Sport", "Two"),
+          title(3, "live", "Lost", "Three"),
           title(4, "movie", "News", "A film in a category of the same name")});
     EXPECT_TRUE(live.isLoading());
     appear(live);
@@ -57,7 +58,8 @@ TEST_F(LiveBrowserTest, CountsAreDigitsAloneAndThoseOfTheStoredRows) {
 
 TEST_F(LiveBrowserTest, OpensACategoryInTheOrderOfNumbersAndPlaysARow) {
     appState.setLiveCategories(categoryItems({"News", "Sport"}));
-    fill({title(9, "live", "Sport", "Nine"), title(2, "live", "Sport", "Two"), title(3, "live", "News", "Three")});
+    fill({title(9, "live", "Sport", "Nine"), title(2, "live", "Sport", "Two"),
+          title(3, "live", "News", "Three")});
     appear(live);
     live.openCategory(1);
     EXPECT_EQ(live.categoryName(), QStringLiteral("Sport"));

@@ -23,7 +23,8 @@ protected:
         constexpr int steps = 10;
         QTest::touchEvent(window, m_screen.get()).press(0, middle, window);
         for (int step = 1; step <= steps; ++step) {
-            QTest::touchEvent(window, m_screen.get()).move(0, middle + QPoint(0, distance * step / steps), window);
+            QTest::touchEvent(window, m_screen.get())
+                .move(0, middle + QPoint(0, distance * step / steps), window);
             drainEvents();
         }
         QTest::touchEvent(window, m_screen.get()).release(0, middle + QPoint(0, distance), window);
