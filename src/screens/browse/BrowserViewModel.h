@@ -14,7 +14,7 @@ using OpenTitle = std::function<void(const Channel&)>;
 
 /// The films or the series: a row of the first titles for each category that has any, and all titles of one
 /// category once it is opened. Main thread.
-class BrowserViewModel final : public CatalogueBrowser {
+class BrowserViewModel final : public ondavia::CatalogueBrowser {
     Q_OBJECT
     QML_ELEMENT
     QML_UNCREATABLE("made by the application")

@@ -13,7 +13,7 @@ namespace ondavia {
 
 /// The channels: every category of the provider with its number of channels, and the channels of one with
 /// what is on. Main thread.
-class LiveViewModel final : public CatalogueBrowser {
+class LiveViewModel final : public ondavia::CatalogueBrowser {
     Q_OBJECT
     QML_ELEMENT
     QML_UNCREATABLE("made by the application")
