@@ -1,18 +1,15 @@
+#include "Frames.h"
 #include "support/BenchSupport.h"
 
 #include "app/MainWindow.h"
 #include "app/Services.h"
-#include "screens/QmlModules.h"
 
-#include <QEventLoop>
 #include <QGuiApplication>
 #include <QQmlApplicationEngine>
 #include <QQuickItem>
 #include <QQuickWindow>
 #include <QTemporaryDir>
 
-#include <algorithm>
-#include <atomic>
 #include <chrono>
 #include <clocale>
 #include <optional>
@@ -20,57 +17,6 @@
 
 namespace ondavia::bench {
 namespace {
-
-/// An empty window, with the modules that the screens are made of.
-constexpr const char* emptyWindow = R"(
-import QtQuick
-import QtQuick.Templates
-import Ondavia.Browse
-import Ondavia.Movies
-import Ondavia.Shell
-import Ondavia.Style
-Window { width: 1280; height: 800; visible: true; color: Theme.background }
-)";
-
-bool showsPoster(const QQuickItem& item) {
-    if (!item.isVisible()) {
-        return false;
-    }
-    const auto children = item.childItems();
-    return QByteArray(item.metaObject()->className()).startsWith("PosterCard") ||
-           std::ranges::any_of(children, [](const QQuickItem* child) { return showsPoster(*child); });
-}
-
-/// Runs the event loop until a frame is on screen that was drawn while `isReady` held. When that was.
-std::chrono::steady_clock::time_point awaitFrame(QQuickWindow& window, const std::function<bool()>& isReady) {
-    QEventLoop loop;
-    std::atomic<bool> isDrawn = false;
-    std::chrono::steady_clock::time_point shown;
-    // Just before the frame is made of the items, on this thread.
-    QObject::connect(&window, &QQuickWindow::afterAnimating, &loop, [&] { isDrawn = isDrawn || isReady(); });
-    // On the thread that draws, since this one may be at work on the next frame already.
-    const auto swapped = QObject::connect(
-        &window, &QQuickWindow::frameSwapped, &window,
-        [&] {
-            if (!isDrawn) {
-                QMetaObject::invokeMethod(&window, &QQuickWindow::update, Qt::QueuedConnection);
-            } else if (shown == std::chrono::steady_clock::time_point()) {
-                shown = std::chrono::steady_clock::now();
-                QMetaObject::invokeMethod(&loop, &QEventLoop::quit, Qt::QueuedConnection);
-            }
-        },
-        Qt::DirectConnection);
-    loop.exec();
-    QObject::disconnect(swapped);
-    return shown;
-}
-
-QQuickWindow& windowOf(const QQmlApplicationEngine& engine) {
-    if (engine.rootObjects().isEmpty()) {
-        throw std::runtime_error("the empty window cannot be opened");
-    }
-    return *qobject_cast<QQuickWindow*>(engine.rootObjects().first());
-}
 
 /// What `showFrame` does, timed from the start of this program to the frame.
 void runSide(const std::function<std::chrono::steady_clock::time_point()>& showFrame) {
@@ -88,17 +34,14 @@ void runOurs() {
         services->appState.setSelectedTab(AppTab::movies);
         main.emplace(*services, "pt");
         QQuickWindow& window = main->window();
-        return awaitFrame(window, [&window] { return showsPoster(*window.contentItem()); });
+        return awaitFrame(
+            window, [&window] { return findVisible(*window.contentItem(), "ContentCardView") != nullptr; });
     });
 }
 
 void runBare() {
     QQmlApplicationEngine engine;
-    runSide([&] {
-        provideScreens(engine);
-        engine.loadData(emptyWindow);
-        return awaitFrame(windowOf(engine), [] { return true; });
-    });
+    runSide([&] { return awaitFrame(openEmptyWindow(engine), [] { return true; }); });
 }
 
 void runTool(const QStringList& arguments, const QByteArray& input = {}) {
@@ -119,9 +62,7 @@ int runComparison() {
     qputenv("ONDAVIA_DATA_DIR", folder.path().toUtf8());
     qputenv("ONDAVIA_VAULT", "file");
     // One way of drawing for both sides: ours would choose the cheaper one for itself.
-    if (!qEnvironmentVariableIsSet("QT_QUICK_BACKEND") && !qEnvironmentVariableIsSet("QSG_RHI_BACKEND")) {
-        qputenv("QSG_RHI_BACKEND", "opengl");
-    }
+    drawAlike();
     const ProviderProcess provider(
         {QStringLiteral("--scale"), QStringLiteral("180000"), QStringLiteral("--lazy-media")});
     runTool({QStringLiteral("signin"), QStringLiteral("--server"), provider.url(),

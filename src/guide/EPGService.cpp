@@ -118,20 +118,25 @@ std::vector<EPGProgram> EPGService::getProgramsForChannel(std::string_view chann
     });
 }
 
-std::unordered_map<std::string, std::string> EPGService::getCurrentTitles(Date now) const {
-    using Titles = std::unordered_map<std::string, std::string>;
-    return readOrEmpty<Titles>([&] {
-        Titles titles;
+CurrentTitles EPGService::getCurrentTitles(Date now) const {
+    return fetchCurrentTitles(m_environment.store.mainContext(), now);
+}
+
+CurrentTitles fetchCurrentTitles(StoreContext& guide, Date now) {
+    return readOrEmpty<CurrentTitles>([&] {
+        CurrentTitles titles;
         const auto add = [&](const Predicate<Program>& startedThen) {
-            const Predicate<Program> isOn =
-                startedThen && field(&Program::start) <= now && field(&Program::stop) > now;
-            for (auto& row : m_environment.store.mainContext().fetchMembers<Program>(
-                     {.where = isOn}, &Program::channelId, &Program::title)) {
-                titles.try_emplace(std::move(std::get<0>(row.members)), std::move(std::get<1>(row.members)));
+            const Query<Program> isOn{.where = startedThen && field(&Program::start) <= now &&
+                                               field(&Program::stop) > now,
+                                      .sort = {ascending(&Program::start)}};
+            for (auto& row : guide.fetchMembers(isOn, &Program::channelId, &Program::title)) {
+                titles.insert_or_assign(std::move(std::get<0>(row.members)),
+                                        std::move(std::get<1>(row.members)));
             }
         };
-        add(field(&Program::start) > now - longProgram);
+        // What has just begun says more than what has been on all day.
         add(isLongProgram());
+        add(field(&Program::start) > now - longProgram);
         return titles;
     });
 }

@@ -19,6 +19,7 @@
 namespace ondavia {
 
 class LibraryStore;
+class StoreContext;
 class XtreamAPIClient;
 
 /// What the guide's service works with. Everything referred to lives as long as the process, the workers
@@ -35,6 +36,13 @@ struct GuideEnvironment final {
     /// Stopped when the account that a guide is loaded for is in use no longer; the load fails then.
     std::stop_token account = {};
 };
+
+/// Titles of programmes by the channels' guide ids.
+using CurrentTitles = std::unordered_map<std::string, std::string>;
+
+/// The titles of what is on at `now`, by channel; of several on one channel, the one that began last. Empty
+/// also when the store cannot be read. On the context's thread.
+[[nodiscard]] CurrentTitles fetchCurrentTitles(StoreContext& guide, Date now);
 
 /// The programme guide's store layer: fills the guide and answers what is on. Thin, made on the spot for
 /// each use; its tasks go on when it is dropped. Main thread; the tasks resume there and do their work on
@@ -66,10 +74,8 @@ public:
     /// cannot be read.
     [[nodiscard]] std::vector<EPGProgram> getProgramsForChannel(std::string_view channelId, Date date) const;
 
-    /// The titles of what is on at `now`, by channel; of several on one channel, any one. Empty also when
-    /// the store cannot be read.
-    [[nodiscard]] std::unordered_map<std::string, std::string>
-    getCurrentTitles(Date now = currentDate()) const;
+    /// `fetchCurrentTitles` on the main thread.
+    [[nodiscard]] CurrentTitles getCurrentTitles(Date now = currentDate()) const;
 
 private:
     GuideEnvironment m_environment;

@@ -190,8 +190,8 @@ void LibraryRefresh::loadCategoriesFromCache() {
     const auto ordered = [this](const std::string& type, const char* orderKey) {
         std::vector<std::string> titles;
         try {
-            for (const auto& [title, rows] : m_environment.catalogue.groups(type)) {
-                titles.push_back(title);
+            for (const KeyGroup& group : m_environment.catalogue.groups(type)) {
+                titles.push_back(group.value);
             }
         } catch (const StoreError& error) {
             AppLogger::general.error("catalogue: categories cannot be read: %s", {error.what()});

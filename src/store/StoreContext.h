@@ -30,6 +30,15 @@ template<class... Members> struct PartialRow final {
     std::tuple<Members...> members;
 };
 
+/// The rows that have one value in a text member: how many there are, and the keys of the first of them.
+struct KeyGroup final {
+    std::string value;
+    std::int64_t count = 0;
+    std::vector<std::int64_t> firstKeys;
+
+    bool operator==(const KeyGroup&) const = default;
+};
+
 /// What becomes of the changes of a save that fails.
 enum class OnFailure {
     Drop,
@@ -112,6 +121,29 @@ public:
         read(EntityTraits<T>::file, selectText(keyColumn, query),
              [&keys](SQLite::Statement& row) { keys.push_back(row.getColumn(0).getInt64()); });
         return keys;
+    }
+
+    /// The different values of a text member, ascending, each with its number of rows and the keys of its
+    /// first ones by `order`. One pass over the rows, for the price of an index that has them in this order.
+    template<Entity T, class Order>
+    [[nodiscard]] std::vector<KeyGroup> groupKeys(std::string T::*member, Order T::*order,
+                                                  std::size_t longest, const Predicate<T>& where = {}) {
+        const SqlText text = selectText<T>(quotedName(columnName(member)).append(", ").append(keyColumn),
+                                           {.where = where, .sort = {ascending(member), ascending(order)}});
+        std::vector<KeyGroup> groups;
+        read(EntityTraits<T>::file, text, [&groups, longest](SQLite::Statement& row) {
+            const SQLite::Column column = row.getColumn(0);
+            const std::string_view value(column.getText(), static_cast<std::size_t>(column.getBytes()));
+            if (groups.empty() || groups.back().value != value) {
+                groups.push_back({std::string(value), 0, {}});
+            }
+            KeyGroup& group = groups.back();
+            ++group.count;
+            if (group.firstKeys.size() < longest) {
+                group.firstKeys.push_back(row.getColumn(1).getInt64());
+            }
+        });
+        return groups;
     }
 
     /// The row of a key; absent when it is gone.

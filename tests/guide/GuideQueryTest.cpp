@@ -77,6 +77,14 @@ TEST_F(GuideQuery, ListsTheTitlesOfAllChannels) {
                                      Pair("exactly", "exactly"), Pair("long", "long")));
 }
 
+TEST_F(GuideQuery, OfSeveralOnOneChannelTheLastToBeginIsListed) {
+    const Date now = utc(2024, 1, 15, 12);
+    add("c1", "just begun", now - std::chrono::minutes(1), now + std::chrono::hours(1));
+    add("c1", "before", now - std::chrono::minutes(2), now + std::chrono::hours(1));
+    add("c1", "all day", now - std::chrono::hours(12), now + std::chrono::hours(1));
+    EXPECT_THAT(service().getCurrentTitles(now), UnorderedElementsAre(Pair("c1", "just begun")));
+}
+
 TEST_F(GuideQuery, ListsADayByStart) {
     add("c1", "late", utc(2024, 1, 15, 23, 30), utc(2024, 1, 16, 1));
     add("c1", "midnight", utc(2024, 1, 15), utc(2024, 1, 15, 1));

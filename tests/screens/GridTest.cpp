@@ -1,38 +1,10 @@
 #include "ScreensWindow.h"
 
-#include <QDateTime>
-#include <QWheelEvent>
-
 namespace ondavia::testing {
 namespace {
 
-QRectF sceneRect(const QQuickItem& item) {
-    return item.mapRectToScene(QRectF(0, 0, item.width(), item.height()));
-}
-
-/// Notch by notch, each when the list has come to rest, until `isThere`.
-void turnWheel(QQuickItem& list, QPoint notch, const std::function<bool()>& isThere) {
-    QQuickWindow* window = list.window();
-    const QPointF place = sceneRect(list).center();
-    EXPECT_TRUE(waitUntil([&] {
-        if (list.property("moving").toBool()) {
-            return false;
-        }
-        if (isThere()) {
-            return true;
-        }
-        QWheelEvent event(place, window->mapToGlobal(place), {}, notch, Qt::NoButton, Qt::NoModifier,
-                          Qt::NoScrollPhase, false);
-        // A view takes events without a time for one and the same.
-        event.setTimestamp(static_cast<quint64>(QDateTime::currentMSecsSinceEpoch()));
-        QCoreApplication::sendEvent(window, &event);
-        return false;
-    }));
-}
-
 constexpr QPoint notchUp(0, 120);
 constexpr QPoint notchDown(0, -120);
-constexpr QPoint notchRight(-120, 0);
 
 /// A long list of films in windows of several sizes.
 class GridTest : public ScreensTest, public ::testing::WithParamInterface<QSize> {
@@ -48,6 +20,7 @@ protected:
         appState.setVodCategories(categoryItems({"Drama"}));
         appState.setSelectedTab(AppTab::movies);
         show(size.width(), size.height());
+        click("Drama");
         ASSERT_NE(grid(), nullptr);
         // The frame of the focus is shown from now on.
         press(Qt::Key_Tab);
@@ -187,88 +160,6 @@ TEST_P(WideGridTest, AnArrowThatIsHeldDownGoesOnRowByRow) {
 }
 
 INSTANTIATE_TEST_SUITE_P(Sizes, WideGridTest, ::testing::Values(QSize(1280, 800), QSize(1000, 480)));
-
-/// More categories of films than fit into a row.
-class ChipRowTest : public ScreensTest, public ::testing::WithParamInterface<QSize> {
-protected:
-    static constexpr int categories = 60;
-
-    void openCategories() {
-        std::vector<std::string> names;
-        std::vector<Channel> rows;
-        for (int number = 1; number <= categories; ++number) {
-            names.push_back("Género " + std::to_string(number));
-            rows.push_back(title(number, "movie", names.back(), "Filme " + std::to_string(number)));
-        }
-        fill(rows);
-        appState.setVodCategories(categoryItems(names));
-        appState.setSelectedTab(AppTab::movies);
-        show(GetParam().width(), GetParam().height());
-        press(Qt::Key_Tab);
-        press(Qt::Key_Backtab);
-        ASSERT_NE(chips(), nullptr);
-        chips()->forceActiveFocus();
-        settle();
-    }
-    QQuickItem* chips() {
-        QQuickItem* found = nullptr;
-        collect(*window->contentItem(), [&](QQuickItem& item) {
-            found = item.objectName() == QStringLiteral("movieCategories") ? &item : found;
-        });
-        return found;
-    }
-    int current() { return chips()->property("currentIndex").toInt(); }
-    double scrolled() { return chips()->property("contentX").toDouble(); }
-    void expectFocusInSight() {
-        settle();
-        const QRectF chip = sceneRect(*window->activeFocusItem());
-        EXPECT_EQ(focusName(), "Género " + std::to_string(current() + 1));
-        EXPECT_TRUE(sceneRect(*chips()).adjusted(-1, 0, 1, 0).contains(chip)) << focusName();
-    }
-};
-
-TEST_P(ChipRowTest, AfterTheWheelAnArrowGoesToAChipInSight) {
-    openCategories();
-    turnWheel(*chips(), notchRight, [this] { return scrolled() > 2 * window->width(); });
-    const double place = scrolled();
-    press(Qt::Key_Right);
-    expectFocusInSight();
-    EXPECT_GT(current(), 0);
-    EXPECT_NEAR(scrolled(), place, 1) << "the row stays where the wheel has left it";
-}
-
-TEST_P(ChipRowTest, AWheelThatOnlyTurnsUpAndDownMovesItToo) {
-    openCategories();
-    turnWheel(*chips(), notchDown, [this] { return scrolled() > window->width(); });
-    turnWheel(*chips(), notchUp, [this] { return scrolled() <= 0; });
-    const double end = scrolled();
-    settle();
-    EXPECT_EQ(scrolled(), end) << "it was not carried past its end";
-}
-
-TEST_P(ChipRowTest, HomeAndEndGoToItsEnds) {
-    openCategories();
-    press(Qt::Key_End);
-    EXPECT_EQ(current(), categories - 1);
-    expectFocusInSight();
-    press(Qt::Key_Left);
-    EXPECT_EQ(current(), categories - 2);
-    press(Qt::Key_Home);
-    EXPECT_EQ(current(), 0);
-    expectFocusInSight();
-}
-
-TEST_P(ChipRowTest, FollowsTheOpenCategoryAfterAClickToo) {
-    openCategories();
-    click("Género 2");
-    EXPECT_EQ(current(), 1);
-    EXPECT_EQ(models->movies()->categoryRow(), 1);
-    models->movies()->openCategory(0);
-    drainEvents();
-    EXPECT_EQ(current(), 0);
-}
-
-INSTANTIATE_TEST_SUITE_P(Sizes, ChipRowTest, ::testing::Values(QSize(1280, 800), QSize(412, 892)));
 
 TEST_F(ScreensTest, TheFirstArrowKeyShowsTheFocusAndDoesNoMore) {
     signInWithCatalogue();

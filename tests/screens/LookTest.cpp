@@ -40,7 +40,6 @@ TEST_P(LookTest, DrawsWithoutAWarning) {
     appState.setSelectedTab(AppTab::live);
     shoot("live");
     appState.setToastMessage(std::nullopt);
-    models->live()->openCategory(2);
     click("Notícias e Atualidade Internacional em Português, 23");
     shoot("live-category");
     appState.setSelectedTab(AppTab::movies);
@@ -50,6 +49,9 @@ TEST_P(LookTest, DrawsWithoutAWarning) {
     press(Qt::Key_Down);
     press(Qt::Key_Down);
     shoot("movies");
+    click("Drama");
+    ASSERT_TRUE(waitUntil([this] { return posters.served() > 20; }));
+    shoot("movies-category");
     EXPECT_THAT(messages, ::testing::IsEmpty());
 }
 

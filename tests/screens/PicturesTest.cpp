@@ -51,7 +51,7 @@ protected:
         const QImage frame = window->grabWindow();
         int cards = 0;
         collect(*window->contentItem(), [&](QQuickItem& item) {
-            if (!QByteArray(item.metaObject()->className()).startsWith("PosterCard")) {
+            if (!QByteArray(item.metaObject()->className()).startsWith("ContentCardView")) {
                 return;
             }
             const QPointF middle = item.mapToScene({item.width() / 2, item.height() / 3});

@@ -81,6 +81,7 @@ TEST_F(ScreensTest, AListOfManyTitlesMakesOnlyTheRowsInSight) {
     appState.setVodCategories(categoryItems({"Drama"}));
     appState.setSelectedTab(AppTab::movies);
     show();
+    click("Drama");
     ASSERT_EQ(models->movies()->titles()->rowCount(), 20'000);
     int cards = 0;
     collect(*window->contentItem(),

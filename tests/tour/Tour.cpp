@@ -1,6 +1,7 @@
 #include "tour/Tour.h"
 
 #include "app/Services.h"
+#include "screens/browse/CatalogueBrowser.h"
 #include "support/TestSupport.h"
 
 #include <QDir>
@@ -59,6 +60,7 @@ Tour::Tour(QQuickWindow& window, Services& services, QString folder, QString pre
 }
 
 void Tour::signIn(const QString& server, const QString& user, const QString& password) {
+    showEmptyTabs();
     shoot(QStringLiteral("welcome"));
     press(Qt::Key_Return);
     waitFor(QStringLiteral("the sign-in step"),
@@ -119,6 +121,7 @@ void Tour::showOverlays() {
 void Tour::browseLive() {
     selectTab(1);
     shoot(QStringLiteral("live"));
+    showLoading(QStringLiteral("liveCategories"), QStringLiteral("live"));
     click(row(QStringLiteral("liveCategories"), 0));
     waitFor(QStringLiteral("the channels"),
             [this] { return find(QStringLiteral("liveChannels")).isVisible(); });
@@ -130,10 +133,55 @@ void Tour::browseLive() {
     settle();
 }
 
+void Tour::showEmptyTabs() {
+    for (const auto& [tab, name] : {std::pair(1, "live"), std::pair(2, "movies"), std::pair(3, "series")}) {
+        selectTab(tab);
+        shoot(QLatin1String(name) + QStringLiteral("-empty"));
+    }
+    selectTab(0);
+}
+
+void Tour::showLoading(const QString& list, const QString& name) {
+    QQuickItem* page = &find(list);
+    while (!page->property("browser").canConvert<CatalogueBrowser*>() ||
+           !page->property("loadingText").isValid()) {
+        page = page->parentItem();
+    }
+    auto* browser = page->property("browser").value<CatalogueBrowser*>();
+    browser->setIsLoading(true);
+    shoot(name + QStringLiteral("-loading"));
+    browser->setIsLoading(false);
+    settle();
+}
+
+/// The rows of a tab, by the keyboard, and one category whole.
+void Tour::showCarousels(const QString& kind, const QString& name) {
+    shoot(name);
+    showLoading(kind + QStringLiteral("Carousels"), name);
+    for (const int key : {Qt::Key_Tab, Qt::Key_Backtab, Qt::Key_Down, Qt::Key_Right, Qt::Key_Right}) {
+        press(key);
+    }
+    shoot(name + QStringLiteral("-focus"));
+    press(Qt::Key_End);
+    press(Qt::Key_Right);
+    shoot(name + QStringLiteral("-header"));
+    press(Qt::Key_Return);
+    waitFor(QStringLiteral("the category"), [&] { return isShown(kind + QStringLiteral("Grid")); });
+    settle();
+    press(Qt::Key_Right);
+    shoot(name + QStringLiteral("-category"));
+    press(Qt::Key_Escape);
+    settle();
+    press(Qt::Key_Home);
+    press(Qt::Key_Home);
+    press(Qt::Key_Home);
+    settle();
+}
+
 void Tour::browseMovies() {
     selectTab(2);
-    shoot(QStringLiteral("movies"));
-    click(row(QStringLiteral("movieGrid"), 0));
+    showCarousels(QStringLiteral("movie"), QStringLiteral("movies"));
+    click(row(QStringLiteral("carousel"), 0));
     shoot(QStringLiteral("movie-detail"));
     click(find(QStringLiteral("detailPlay")));
     watch(QStringLiteral("player-film"));
@@ -143,8 +191,8 @@ void Tour::browseMovies() {
 
 void Tour::browseSeries() {
     selectTab(3);
-    shoot(QStringLiteral("series"));
-    click(row(QStringLiteral("seriesGrid"), 0));
+    showCarousels(QStringLiteral("series"), QStringLiteral("series"));
+    click(row(QStringLiteral("carousel"), 0));
     waitFor(QStringLiteral("the episodes"), [this] { return isShown(QStringLiteral("seasons")); });
     shoot(QStringLiteral("series-detail"));
     seeEpisodes();

@@ -44,6 +44,9 @@ protected:
 private:
     void shoot(const QString& name);
     void showOverlays();
+    void showEmptyTabs();
+    void showLoading(const QString& list, const QString& name);
+    void showCarousels(const QString& kind, const QString& name);
     void browseLive();
     void browseMovies();
     void browseSeries();

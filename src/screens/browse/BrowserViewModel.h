@@ -1,88 +1,46 @@
 #pragma once
 
-#include "screens/browse/CategoryListModel.h"
-#include "screens/browse/ChannelListModel.h"
-#include "store/LiveQuery.h"
-#include "style/ShownText.h"
+#include "screens/browse/CarouselListModel.h"
+#include "screens/browse/CatalogueBrowser.h"
 
-#include <QObject>
-#include <QString>
 #include <qqmlregistration.h>
 
 #include <functional>
-#include <string>
 
 namespace ondavia {
-
-class AppState;
-class CatalogueSummary;
-class LibraryStore;
-struct CategoryItem;
-
-/// What a browser lists.
-enum class BrowserKind {
-    /// Every category of the provider; one is open once the user opens it.
-    Live,
-    /// The categories that have titles; one is always open.
-    Movies,
-    /// As the films.
-    Series
-};
 
 /// Leads to the page of a title.
 using OpenTitle = std::function<void(const Channel&)>;
 
-/// A browser: the provider's categories in their order, the titles of the open one, and the way on from one
-/// of them. Follows the catalogue as it changes. Main thread.
-class BrowserViewModel final : public QObject {
+/// The films or the series: a row of the first titles for each category that has any, and all titles of one
+/// category once it is opened. Main thread.
+class BrowserViewModel final : public ondavia::CatalogueBrowser {
     Q_OBJECT
     QML_ELEMENT
     QML_UNCREATABLE("made by the application")
-    Q_PROPERTY(ondavia::CategoryListModel* categories READ categories CONSTANT)
-    /// The titles of the open category, by number.
-    Q_PROPERTY(ondavia::ChannelListModel* titles READ titles CONSTANT)
-    /// The catalogue is on its way for the first time: that a list is empty says nothing yet.
-    Q_PROPERTY(bool isLoading READ isLoading NOTIFY isLoadingChanged)
-    Q_PROPERTY(QString categoryName READ categoryName NOTIFY categoryChanged)
-    /// Row of the open category; -1 when none is.
-    Q_PROPERTY(int categoryRow READ categoryRow NOTIFY categoryChanged)
+    Q_PROPERTY(ondavia::CarouselListModel* carousels READ carousels CONSTANT)
 
 public:
-    /// All must outlive the object. `openTitle` is for titles that have a page of their own.
+    /// All must outlive the object.
     BrowserViewModel(BrowserKind kind, AppState& appState, LibraryStore& store, CatalogueSummary& catalogue,
-                     OpenTitle openTitle = {});
+                     OpenTitle openTitle);
 
-    [[nodiscard]] CategoryListModel* categories() { return &m_categories; }
-    [[nodiscard]] ChannelListModel* titles() { return &m_titles; }
-    [[nodiscard]] bool isLoading() const;
-    [[nodiscard]] QString categoryName() const { return shownText(m_categoryName); }
-    [[nodiscard]] int categoryRow() const;
+    [[nodiscard]] CarouselListModel* carousels() { return &m_carousels; }
 
-    Q_INVOKABLE void openCategory(int row);
-    Q_INVOKABLE void play(int row);
-    /// Leads to the page of a title.
-    Q_INVOKABLE void open(int row);
-
-    Q_SIGNAL void isLoadingChanged();
-    Q_SIGNAL void categoryChanged();
-    /// Somebody wants to search what this browser lists.
-    Q_SIGNAL void searchWanted();
+    /// Of the row `carousel`.
+    Q_INVOKABLE void openCategory(int carousel);
+    /// Leads to the page of a title of the open category.
+    Q_INVOKABLE void open(int row) { lead(titles()->channel(row)); }
+    /// Leads to the page of a title of a list that a row of carousels shows.
+    Q_INVOKABLE void openFrom(ondavia::ChannelListModel* list, int row) { lead(list->channel(row)); }
 
 private:
-    [[nodiscard]] const char* type() const;
-    [[nodiscard]] const std::vector<CategoryItem>& providerCategories() const;
-    [[nodiscard]] std::vector<CategoryRow> countedCategories() const;
-    void refresh();
-    void show(std::string categoryName);
+    void showGroups(const std::vector<CategoryItem>& categories,
+                    const CatalogueSummary::Groups& groups) override;
+    void lead(const std::optional<Channel>& title) const;
 
-    BrowserKind m_kind;
-    AppState& m_appState;
-    CatalogueSummary& m_catalogue;
     OpenTitle m_openTitle;
-    CategoryListModel m_categories;
-    ChannelListModel m_titles;
-    std::string m_categoryName;
-    ChangeListener m_listener;
+    CarouselListModel m_carousels{this};
 };
 
 } // namespace ondavia

@@ -1,21 +1,10 @@
 #include "screens/browse/CategoryListModel.h"
 #include "style/ShownText.h"
 
-#include <QLocale>
-
 namespace ondavia {
 
 void CategoryListModel::setRows(std::vector<CategoryRow> rows) {
-    if (rows == m_rows) {
-        return;
-    }
-    beginResetModel();
-    m_rows = std::move(rows);
-    endResetModel();
-}
-
-int CategoryListModel::rowCount(const QModelIndex& parent) const {
-    return parent.isValid() ? 0 : static_cast<int>(m_rows.size());
+    mergeRows(m_rows, std::move(rows), &CategoryRow::name);
 }
 
 QVariant CategoryListModel::data(const QModelIndex& index, int role) const {
@@ -28,7 +17,8 @@ QVariant CategoryListModel::data(const QModelIndex& index, int role) const {
     case NameRole:
         return shownText(row.name);
     case CountTextRole:
-        return row.count ? QLocale().toString(static_cast<qlonglong>(*row.count)) : QString();
+        // "%lld": digits alone, in every language.
+        return row.count ? QString::number(*row.count) : QString();
     default:
         return {};
     }

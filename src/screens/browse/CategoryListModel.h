@@ -1,6 +1,7 @@
 #pragma once
 
-#include <QAbstractListModel>
+#include "screens/browse/SteadyListModel.h"
+
 #include <qqmlregistration.h>
 
 #include <cstdint>
@@ -19,8 +20,8 @@ struct CategoryRow final {
     bool operator==(const CategoryRow&) const = default;
 };
 
-/// The categories of one browser. Main thread.
-class CategoryListModel final : public QAbstractListModel {
+/// The categories of the channels. Main thread.
+class CategoryListModel final : public SteadyListModel {
     Q_OBJECT
     QML_ELEMENT
     QML_UNCREATABLE("belongs to a browser")
@@ -29,16 +30,17 @@ public:
     enum Role { NameRole = Qt::UserRole, CountTextRole };
 
     explicit CategoryListModel(QObject* parent)
-        : QAbstractListModel(parent) {}
+        : SteadyListModel(parent) {}
 
     [[nodiscard]] const std::vector<CategoryRow>& rows() const { return m_rows; }
     void setRows(std::vector<CategoryRow> rows);
 
-    [[nodiscard]] int rowCount(const QModelIndex& parent = {}) const override;
     [[nodiscard]] QVariant data(const QModelIndex& index, int role) const override;
     [[nodiscard]] QHash<int, QByteArray> roleNames() const override;
 
 private:
+    [[nodiscard]] int size() const override { return static_cast<int>(m_rows.size()); }
+
     std::vector<CategoryRow> m_rows;
 };
 

@@ -1,8 +1,6 @@
 #include "screens/browse/ChannelListModel.h"
 
-#include "base/AppLogger.h"
 #include "screens/pictures/PictureProvider.h"
-#include "store/LibraryStore.h"
 #include "style/ShownText.h"
 
 #include <QUrl>
@@ -13,59 +11,52 @@ namespace {
 
 /// A rating that says something: "0" is what providers send for none.
 QString ratingText(const Channel& channel) {
-    return channel.rating && *channel.rating != "0" ? QString::fromStdString(*channel.rating) : QString();
+    return channel.rating && *channel.rating != "0" ? shownText(*channel.rating) : QString();
+}
+
+QString symbolOf(const Channel& channel) {
+    return channel.type == "live"    ? QStringLiteral("tv.fill")
+           : channel.type == "movie" ? QStringLiteral("film.fill")
+                                     : QStringLiteral("play.rectangle.fill");
 }
 
 } // namespace
 
-ChannelListModel::ChannelListModel(LibraryStore& store, QObject* parent)
-    : QAbstractListModel(parent)
-    , m_store(store)
-    , m_rows(store) {}
-
-void ChannelListModel::setQuery(Query<Channel> query) {
-    m_query = std::move(query);
-    reload();
+void ChannelListModel::setKeys(std::shared_ptr<ChannelRowCache> rows, std::vector<std::int64_t> keys) {
+    m_rows = std::move(rows);
+    if (m_keys != keys) {
+        replaceRows(m_keys, std::move(keys));
+    }
 }
 
-void ChannelListModel::reload() {
+void ChannelListModel::startWith(std::shared_ptr<ChannelRowCache> rows, std::vector<std::int64_t> keys) {
     beginResetModel();
-    m_rows.clear();
-    m_keys = fetchKeys();
+    m_rows = std::move(rows);
+    m_keys = std::move(keys);
     endResetModel();
 }
 
-std::vector<std::int64_t> ChannelListModel::fetchKeys() const {
-    if (!m_query) {
-        return {};
-    }
-    try {
-        return m_store.mainContext().fetchKeys(*m_query);
-    } catch (const StoreError& error) {
-        AppLogger::general.error("The titles could not be read: %s", {error.what()});
-        return {};
-    }
-}
-
-const Channel* ChannelListModel::cachedRow(int row) const {
-    return m_rows.row(m_keys[static_cast<std::size_t>(row)]);
+void ChannelListModel::setPrograms(Programs programs) {
+    m_programs = std::move(programs);
+    tellChanged(0, size() - 1, {ProgramRole});
 }
 
 std::optional<Channel> ChannelListModel::channel(int row) const {
-    const bool isThere = row >= 0 && row < rowCount();
-    const Channel* found = isThere ? cachedRow(row) : nullptr;
+    const bool isThere = row >= 0 && row < size();
+    const Channel* found = isThere ? m_rows->row(m_keys[static_cast<std::size_t>(row)]) : nullptr;
     return found != nullptr ? std::optional(*found) : std::nullopt;
 }
 
-int ChannelListModel::rowCount(const QModelIndex& parent) const {
-    return parent.isValid() ? 0 : static_cast<int>(m_keys.size());
+QString ChannelListModel::currentProgram(const Channel& channel) const {
+    const auto found = channel.epgChannelId ? m_programs.find(*channel.epgChannelId) : m_programs.end();
+    return found != m_programs.end() ? shownText(found->second) : QString();
 }
 
 QVariant ChannelListModel::data(const QModelIndex& index, int role) const {
     if (!checkIndex(index, CheckIndexOption::IndexIsValid | CheckIndexOption::ParentIsInvalid)) {
         return {};
     }
-    const Channel* row = cachedRow(index.row());
+    const Channel* row = m_rows->row(m_keys[static_cast<std::size_t>(index.row())]);
     const Channel gone;
     const Channel& channel = row != nullptr ? *row : gone;
     switch (role) {
@@ -76,13 +67,21 @@ QVariant ChannelListModel::data(const QModelIndex& index, int role) const {
         return pictureUrl(channel.logo);
     case RatingRole:
         return ratingText(channel);
+    case SymbolRole:
+        return symbolOf(channel);
+    case ProgramRole:
+        return currentProgram(channel);
     default:
         return {};
     }
 }
 
 QHash<int, QByteArray> ChannelListModel::roleNames() const {
-    return {{NameRole, "name"}, {PictureRole, "picture"}, {RatingRole, "rating"}};
+    return {{NameRole, "name"},
+            {PictureRole, "picture"},
+            {RatingRole, "rating"},
+            {SymbolRole, "symbol"},
+            {ProgramRole, "currentProgram"}};
 }
 
 } // namespace ondavia

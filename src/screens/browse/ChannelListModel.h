@@ -2,50 +2,52 @@
 
 #include "entities/Channel.h"
 #include "screens/browse/ChannelRowCache.h"
-#include "store/Query.h"
+#include "screens/browse/SteadyListModel.h"
 
-#include <QAbstractListModel>
 #include <qqmlregistration.h>
 
 #include <cstdint>
+#include <memory>
 #include <optional>
+#include <string>
+#include <unordered_map>
 #include <vector>
 
 namespace ondavia {
 
-class LibraryStore;
-
-/// The rows of one query over the catalogue, read one by one as they come into sight: a list of 120,000
-/// titles holds its keys and a few screens of rows. A row that is gone from the store shows empty until
-/// the next `reload`. A read that fails is logged and gives no rows. Main thread.
-class ChannelListModel final : public QAbstractListModel {
+/// Rows of the catalogue by their keys, read one by one as they come into sight: a list of 120,000 titles
+/// holds its keys and a few screens of rows. A row that is gone from the store shows empty. Main thread.
+class ChannelListModel final : public SteadyListModel {
     Q_OBJECT
     QML_ELEMENT
     QML_UNCREATABLE("belongs to a browser")
 
 public:
-    enum Role { NameRole = Qt::UserRole, PictureRole, RatingRole };
+    enum Role { NameRole = Qt::UserRole, PictureRole, RatingRole, SymbolRole, ProgramRole };
+    /// Titles of programmes by the channels' guide ids.
+    using Programs = std::unordered_map<std::string, std::string>;
 
-    /// `store` must outlive the object.
-    explicit ChannelListModel(LibraryStore& store, QObject* parent = nullptr);
+    explicit ChannelListModel(QObject* parent)
+        : SteadyListModel(parent) {}
 
-    void setQuery(Query<Channel> query);
-    /// Runs the query again.
-    void reload();
+    /// Whence the rows are read, from now on. Views keep their place.
+    void setKeys(std::shared_ptr<ChannelRowCache> rows, std::vector<std::int64_t> keys);
+    /// The same for another list: views begin anew.
+    void startWith(std::shared_ptr<ChannelRowCache> rows, std::vector<std::int64_t> keys);
+    /// What is on, for lists of channels.
+    void setPrograms(Programs programs);
     [[nodiscard]] std::optional<Channel> channel(int row) const;
 
-    [[nodiscard]] int rowCount(const QModelIndex& parent = {}) const override;
     [[nodiscard]] QVariant data(const QModelIndex& index, int role) const override;
     [[nodiscard]] QHash<int, QByteArray> roleNames() const override;
 
 private:
-    [[nodiscard]] std::vector<std::int64_t> fetchKeys() const;
-    [[nodiscard]] const Channel* cachedRow(int row) const;
+    [[nodiscard]] int size() const override { return static_cast<int>(m_keys.size()); }
+    [[nodiscard]] QString currentProgram(const Channel& channel) const;
 
-    LibraryStore& m_store;
-    std::optional<Query<Channel>> m_query;
     std::vector<std::int64_t> m_keys;
-    mutable ChannelRowCache m_rows;
+    std::shared_ptr<ChannelRowCache> m_rows;
+    Programs m_programs;
 };
 
 } // namespace ondavia

@@ -3,10 +3,19 @@ import Ondavia.Browse
 import Ondavia.Style
 
 /// The films.
-TitlesView {
-    kind: "movie"
-    symbol: "film.fill"
-    title: Texts.get("movies.title", "Filmes")
-    emptyTitle: Texts.get("movies.empty", "Sem filmes")
-    emptyMessage: Texts.get("movies.emptyMessage", "Os filmes aparecem aqui assim que o catálogo do provedor for carregado.")
+BrowserPage {
+    id: view
+    required property BrowserViewModel model
+    browser: view.model
+    loadingText: Texts.get("movies.loading", "A carregar filmes...")
+
+    MoviesCarouselView {
+        anchors.fill: parent
+        focus: true
+        browser: view.model
+        onCategoryOpened: {
+            const stack = view.parent as NavigationStack
+            stack.open(Qt.resolvedUrl("MoviesCategoryGridView.qml"), { browser: view.model })
+        }
+    }
 }

@@ -139,7 +139,7 @@ FocusScope {
                 }
                 width: list.width
                 height: cell.isLive ? channel.implicitHeight : title.implicitHeight
-                ChannelRow {
+                ChannelRowView {
                     id: channel
                     anchors.fill: parent
                     visible: cell.isLive

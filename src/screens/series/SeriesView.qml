@@ -3,10 +3,19 @@ import Ondavia.Browse
 import Ondavia.Style
 
 /// The series.
-TitlesView {
-    kind: "series"
-    symbol: "play.rectangle.fill"
-    title: Texts.get("series.title", "Series")
-    emptyTitle: Texts.get("series.empty", "Sem séries")
-    emptyMessage: Texts.get("series.emptyMessage", "As séries aparecem aqui assim que o catálogo do provedor for carregado.")
+BrowserPage {
+    id: view
+    required property BrowserViewModel model
+    browser: view.model
+    loadingText: Texts.get("series.loading", "A carregar series...")
+
+    SeriesCarouselsView {
+        anchors.fill: parent
+        focus: true
+        browser: view.model
+        onCategoryOpened: {
+            const stack = view.parent as NavigationStack
+            stack.open(Qt.resolvedUrl("SeriesCategoryGridView.qml"), { browser: view.model })
+        }
+    }
 }

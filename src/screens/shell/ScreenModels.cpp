@@ -17,7 +17,7 @@ ScreenModels::ScreenModels(const ScreenServices& services, QObject* parent)
     , m_signIn(services.appState, services.keychain, services.makeSession,
                [&content = services.content] { content.signedIn(); })
     , m_details({services.appState, services.store.mainContext()})
-    , m_live(BrowserKind::Live, services.appState, services.store, services.catalogue)
+    , m_live(services.appState, services.store, services.catalogue)
     , m_movies(BrowserKind::Movies, services.appState, services.store, services.catalogue,
                [this](const Channel& title) { m_details.open(title); })
     , m_series(BrowserKind::Series, services.appState, services.store, services.catalogue,
@@ -29,11 +29,11 @@ ScreenModels::ScreenModels(const ScreenServices& services, QObject* parent)
     , m_loadingExit(services.appState, services.scheduler,
                     [&content = services.content] { content.leaveLoading(); })
     , m_lossNotice(ondavia::lossNotice(services.store.openReport())) {
-    connect(&m_live, &BrowserViewModel::searchWanted, this,
+    connect(&m_live, &CatalogueBrowser::searchWanted, this,
             [this] { Q_EMIT searchWanted(QStringLiteral("live")); });
-    connect(&m_movies, &BrowserViewModel::searchWanted, this,
+    connect(&m_movies, &CatalogueBrowser::searchWanted, this,
             [this] { Q_EMIT searchWanted(QStringLiteral("movie")); });
-    connect(&m_series, &BrowserViewModel::searchWanted, this,
+    connect(&m_series, &CatalogueBrowser::searchWanted, this,
             [this] { Q_EMIT searchWanted(QStringLiteral("series")); });
     if (services.store.openReport().isDiskFull) {
         services.appState.showToast(

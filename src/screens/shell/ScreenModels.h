@@ -2,6 +2,7 @@
 
 #include "screens/browse/BrowserViewModel.h"
 #include "screens/home/HomeViewModel.h"
+#include "screens/live/LiveViewModel.h"
 #include "screens/player/MiniPlayerViewModel.h"
 #include "screens/player/PlayerPresentation.h"
 #include "screens/search/SearchViewModel.h"
@@ -26,7 +27,7 @@ class ScreenModels final : public QObject {
     Q_PROPERTY(ondavia::ContentViewModel* content READ content CONSTANT)
     Q_PROPERTY(ondavia::HomeViewModel* home READ home CONSTANT)
     Q_PROPERTY(ondavia::SignInViewModel* signIn READ signIn CONSTANT)
-    Q_PROPERTY(ondavia::BrowserViewModel* live READ live CONSTANT)
+    Q_PROPERTY(ondavia::LiveViewModel* live READ live CONSTANT)
     Q_PROPERTY(ondavia::BrowserViewModel* movies READ movies CONSTANT)
     Q_PROPERTY(ondavia::BrowserViewModel* series READ series CONSTANT)
     Q_PROPERTY(ondavia::DetailPages* details READ details CONSTANT)
@@ -43,7 +44,7 @@ public:
     [[nodiscard]] ContentViewModel* content() { return &m_content; }
     [[nodiscard]] HomeViewModel* home() { return &m_home; }
     [[nodiscard]] SignInViewModel* signIn() { return &m_signIn; }
-    [[nodiscard]] BrowserViewModel* live() { return &m_live; }
+    [[nodiscard]] LiveViewModel* live() { return &m_live; }
     [[nodiscard]] BrowserViewModel* movies() { return &m_movies; }
     [[nodiscard]] BrowserViewModel* series() { return &m_series; }
     [[nodiscard]] DetailPages* details() { return &m_details; }
@@ -65,7 +66,7 @@ private:
     HomeViewModel m_home;
     SignInViewModel m_signIn;
     DetailPages m_details;
-    BrowserViewModel m_live;
+    LiveViewModel m_live;
     BrowserViewModel m_movies;
     BrowserViewModel m_series;
     FullScreenPlayers m_players;

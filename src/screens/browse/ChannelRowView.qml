@@ -2,16 +2,20 @@ import QtQuick
 import QtQuick.Templates as T
 import Ondavia.Style
 
-/// A channel: its logo on a quiet tile, its name, and that it is live.
+/// A channel: its logo on a quiet tile, its name, what is on, and that it is live.
 T.ItemDelegate {
     id: row
     property url picture
+    /// Empty where the guide does not know it.
+    property string currentProgram
+    property string type: "live"
 
     implicitHeight: 80
     padding: Theme.unit * 3
     focusPolicy: Qt.ClickFocus
     Accessible.role: Accessible.ListItem
     Accessible.name: text
+    Accessible.description: row.currentProgram
     Accessible.onPressAction: clicked()
     Keys.onReturnPressed: clicked()
     Keys.onEnterPressed: clicked()
@@ -34,17 +38,27 @@ T.ItemDelegate {
             anchors.right: play.left
             anchors.rightMargin: Theme.unit * 2
             anchors.verticalCenter: parent.verticalCenter
-            spacing: Theme.unit
+            spacing: row.currentProgram === "" ? Theme.unit : Theme.unit / 2
             Label {
                 width: parent.width
                 text: row.text
                 font.weight: Font.Medium
                 wrapMode: Text.Wrap
-                maximumLineCount: 2
+                maximumLineCount: row.currentProgram === "" ? 2 : 1
+                elide: Text.ElideRight
+                Accessible.ignored: true
+            }
+            Label {
+                width: parent.width
+                visible: text !== ""
+                text: row.currentProgram
+                color: Theme.textMuted
+                font.pixelSize: Theme.captionSize
                 elide: Text.ElideRight
                 Accessible.ignored: true
             }
             Row {
+                visible: row.type === "live"
                 spacing: Theme.unit * 2
                 Rectangle {
                     width: 6
