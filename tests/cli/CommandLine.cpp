@@ -3,6 +3,8 @@
 #include <QFile>
 #include <QJsonDocument>
 
+#include <httplib.h>
+
 #include <algorithm>
 #include <sstream>
 
@@ -144,5 +146,13 @@ void CommandLine::fill(const std::string& server) {
 CliTest::CliTest()
     : provider(optionsOfAccount())
     , m_url(provider.start()) {}
+
+void CliTest::haveMade(const QString& id) {
+    const auto address =
+        linesOf(cli.runWithAccountInOutput({QStringLiteral("url"), id}).output).at(0).substr(url().size());
+    httplib::Client client(url());
+    client.set_read_timeout(100);
+    client.Get(address, [](const char*, std::size_t) { return false; });
+}
 
 } // namespace ondavia::cli::testing

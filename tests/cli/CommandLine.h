@@ -86,6 +86,8 @@ protected:
     CliTest();
 
     [[nodiscard]] const std::string& url() const { return m_url; }
+    /// The provider makes the media of an item when they are first asked for, which may take a while.
+    void haveMade(const QString& id);
 
     demo::DemoProvider provider;
     CommandLine cli;

@@ -1,7 +1,5 @@
 #include "CommandLine.h"
 
-#include <httplib.h>
-
 #include <QProcess>
 
 #include <csignal>
@@ -10,18 +8,7 @@
 namespace ondavia::cli::testing {
 namespace {
 
-class TrackCommands : public CliTest {
-protected:
-    /// The provider makes its media when they are first asked for, which may take a while.
-    void haveMade(const QString& id) {
-        const auto address = linesOf(cli.runWithAccountInOutput({QStringLiteral("url"), id}).output)
-                                 .at(0)
-                                 .substr(url().size());
-        httplib::Client client(url());
-        client.set_read_timeout(100);
-        client.Get(address, [](const char*, std::size_t) { return false; });
-    }
-};
+using TrackCommands = CliTest;
 
 TEST_F(TrackCommands, TracksListsTheSoundAndTheSubtitlesOfAFilm) {
     cli.fill(url());

@@ -1,7 +1,5 @@
 #include "CommandLine.h"
 
-#include <httplib.h>
-
 namespace ondavia::cli::testing {
 namespace {
 
@@ -9,12 +7,8 @@ class ZapCommand : public CliTest {
 protected:
     ZapCommand() {
         cli.fill(url());
-        // The provider makes its media when they are first asked for, which may take a while.
-        for (const char* channel : {"1001", "1002"}) {
-            httplib::Client client(url());
-            client.set_read_timeout(100);
-            client.Get(std::string("/live/") + account + "/" + password + "/" + channel + ".ts",
-                       [](const char*, std::size_t) { return false; });
+        for (const char* id : {"main_1001", "main_1002", "main_100001"}) {
+            haveMade(QLatin1String(id));
         }
     }
     RunResult zap(const QStringList& more) { return cli.run(QStringList{QStringLiteral("zap")} + more); }
@@ -48,6 +42,18 @@ TEST_F(ZapCommand, SaysWhichOneShowedNoFrameAndFails) {
     ASSERT_EQ(lines.size(), 1U);
     EXPECT_TRUE(lines.at(0).starts_with("main_1001 ")) << lines.at(0);
     EXPECT_TRUE(lines.at(0).ends_with("no frame")) << lines.at(0);
+}
+
+TEST_F(ZapCommand, FailsAlsoWhereOnlyOneOfThemShowedNoFrame) {
+    provider.setFault("status-403:live");
+    const auto result = zap({QStringLiteral("main_1001"), QStringLiteral("main_100001"),
+                             QStringLiteral("--for"), QStringLiteral("8"), QStringLiteral("--json")});
+    EXPECT_EQ(result.status, 1);
+    const auto zaps = objectsOf(result.output);
+    ASSERT_EQ(zaps.size(), 2U);
+    EXPECT_FALSE(zaps.at(0).contains(QStringLiteral("milliseconds")));
+    EXPECT_GT(zaps.at(1)[QStringLiteral("milliseconds")].toInt(), 0);
+    EXPECT_TRUE(holds(result.errors, "error: 1 of 2 showed no frame")) << result.errors;
 }
 
 TEST_F(ZapCommand, PlaysNothingWhereAnIdIsNotThere) {

@@ -1,16 +1,7 @@
 // The guide panel in a window, under real keys and a real pointer.
-#include "GuidePanelFixture.h"
-#include "ScreensWindow.h"
-#include "screens/QmlModules.h"
-#include "style/Environment.h"
-#include "style/FocusGuide.h"
-#include "style/Texts.h"
+#include "GuidePanelWindow.h"
 
 #include <QAccessible>
-#include <QElapsedTimer>
-#include <QQmlComponent>
-#include <QQmlEngine>
-#include <QQmlProperty>
 
 namespace ondavia::testing {
 namespace {
@@ -20,177 +11,107 @@ using std::chrono::minutes;
 using ::testing::ElementsAre;
 using ::testing::IsEmpty;
 
-/// The panel as a player shows it: at the right of a wide window, below the picture of a narrow one.
-constexpr const char* host = R"(
-    import QtQuick
-    import Ondavia.Guide
-    import Ondavia.Style
-    Rectangle {
-        id: ground
-        required property EPGPanelViewModel guide
-        readonly property bool isWide: width >= Theme.wideWindow
-        property bool isShown: true
-        property bool takesPart: true
-        property int strayKeys: 0
-        property int strayEnters: 0
-        color: Theme.stage
-        Keys.onPressed: event => {
-            ground.strayKeys += 1
-            if (event.key === Qt.Key_Return)
-                ground.strayEnters += 1
-        }
-        Rectangle {
-            anchors.right: parent.right
-            width: ground.isWide ? 420 : parent.width
-            y: ground.isWide ? 0 : parent.width * 9 / 16
-            height: parent.height - y
-            color: Theme.surface
-            Loader {
-                anchors.fill: parent
-                anchors.margins: Theme.unit * 3
-                active: ground.isShown
-                visible: ground.takesPart
-                focus: true
-                sourceComponent: EPGPanelView { model: ground.guide; focus: true }
-            }
-        }
-    })";
+/// As it is drawn: some items keep a colour more exactly than others.
+QColor drawn(const QColor& color) {
+    return QColor::fromRgba(color.rgba());
+}
 
-class GuidePanelWindow : public GuidePanelFixture {
-protected:
-    ~GuidePanelWindow() override { installLanguage("pt"); }
+QColor whiteAt(float opacity) {
+    return drawn(QColor::fromRgbF(1, 1, 1, opacity));
+}
 
-    void open(int width = 1280, int height = 800) {
-        installLanguage("pt");
-        provideScreens(engine);
-        QQmlComponent component(&engine);
-        component.setData(host, QUrl(QStringLiteral("qrc:/guide-host.qml")));
-        ground.reset(qobject_cast<QQuickItem*>(
-            component.createWithInitialProperties({{QStringLiteral("guide"), QVariant::fromValue(&panel)},
-                                                   {QStringLiteral("width"), width},
-                                                   {QStringLiteral("height"), height}})));
-        ASSERT_TRUE(ground) << component.errorString().toStdString();
-        ground->setParentItem(window.contentItem());
-        ground->setFocus(true);
-        // It hears every key, and is made when it is first asked.
-        engine.singletonInstance<FocusGuide*>(qmlTypeId("Ondavia.Style", 1, 0, "FocusGuide"));
-        auto* environment =
-            engine.singletonInstance<Environment*>(qmlTypeId("Ondavia.Style", 1, 0, "Environment"));
-        QObject::connect(&window, &QQuickWindow::frameSwapped, environment, &Environment::noteFrame);
-        window.resize(width, height);
-        window.show();
-        giveKeyboard(window);
-        settle();
-    }
-    void settle() {
-        // Longer than any movement of the panel.
-        QElapsedTimer time;
-        time.start();
-        waitUntil([&time] { return time.elapsed() > 400; });
-    }
-    void press(Qt::Key key) {
-        QTest::keyClick(&window, key);
-        settle();
-    }
-    void shoot(const std::string& name) {
-        const QString shots = qEnvironmentVariable("ONDAVIA_SHOTS");
-        if (!shots.isEmpty()) {
-            settle();
-            const QString file = QStringLiteral("/guide-%1-%2x%3.png");
-            EXPECT_TRUE(window.grabWindow().save(
-                shots + file.arg(QString::fromStdString(name)).arg(window.width()).arg(window.height())));
-        }
-    }
-    [[nodiscard]] std::vector<QQuickItem*> all(const QString& name) {
-        std::vector<QQuickItem*> found;
-        collect(*ground, [&](QQuickItem& item) {
-            if (accessibleName(item) == name) {
-                found.push_back(&item);
-            }
-        });
-        return found;
-    }
-    [[nodiscard]] QQuickItem* find(const char* name) {
-        const auto found = all(QString::fromUtf8(name));
-        return found.empty() ? nullptr : found.front();
-    }
-    [[nodiscard]] QQuickItem* list(const char* objectName) {
-        QQuickItem* found = nullptr;
-        collect(*ground, [&](QQuickItem& item) {
-            found = item.objectName() == QLatin1String(objectName) ? &item : found;
-        });
-        return found;
-    }
-    [[nodiscard]] int rowsMade() {
-        int rows = 0;
-        collect(*ground, [&rows](QQuickItem& item) {
-            rows += QByteArray(item.metaObject()->className()).startsWith("EPGProgramRow");
-        });
-        return rows;
-    }
-    /// As the screens give it: Qt 6.4 hands out that of the item's class.
-    [[nodiscard]] static int roleOf(QQuickItem* item) {
-        return QQmlProperty::read(item, QStringLiteral("Accessible.role"), qmlContext(item)).toInt();
-    }
-    void click(const char* name) {
-        QQuickItem* item = find(name);
-        ASSERT_NE(item, nullptr) << name;
-        QTest::mouseClick(&window, Qt::LeftButton, {},
-                          item->mapToScene(QPointF(item->width() / 2, item->height() / 2)).toPoint());
-        settle();
-    }
-    [[nodiscard]] std::string focusName() const {
-        const QQuickItem* item = window.activeFocusItem();
-        return item != nullptr ? accessibleName(*item).toStdString() : std::string();
-    }
+QColor colorOf(const QQuickItem& item) {
+    return drawn(item.property("color").value<QColor>());
+}
 
-    /// A day as providers fill it, with one programme on now.
-    void addDay(Date midnight, const std::string& idPrefix = {}) {
-        const std::vector<std::pair<std::string, std::string>> shows{
-            {"Bom Dia Portugal", "As notícias da manhã, o trânsito e o tempo em todo o país."},
-            {"A Praça", ""},
-            {"Jornal da Tarde", "A atualidade nacional e internacional."},
-            {"O Preço Certo",
-             "Concurso apresentado em direto, com prémios que mudam de episódio para episódio "
-             "e um público que nunca se cala."},
-            {"Portugal em Direto: Reportagens, Histórias e Gente de Todas as Regiões do País", ""},
-            {"Telejornal", "O jornal da noite."},
-            {"Cinema: O Faroleiro da Ilha de São Jorge", "Um homem, uma luz, e um mar que não dorme."}};
-        std::vector<EPGProgram> programs;
-        for (int index = 0; index < 24; ++index) {
-            const auto& [name, about] = shows[static_cast<std::size_t>(index) % shows.size()];
-            auto one = program(idPrefix + name + " " + std::to_string(index), midnight + hours(index),
-                               midnight + hours(index + 1));
-            one.title = name;
-            one.desc = about;
-            programs.push_back(std::move(one));
-        }
-        add(programs);
-    }
-    void show(const Channel& shownChannel, int width = 1280, int height = 800) {
-        panel.setChannel(shownChannel);
-        open(width, height);
-    }
+QFont::Weight weightOf(const QQuickItem& item) {
+    return item.property("font").value<QFont>().weight();
+}
 
-    QQmlEngine engine;
-    QQuickWindow window;
-    std::unique_ptr<QQuickItem> ground;
+/// What the moment of a programme decides in its row.
+struct RowLook final {
+    QColor time;
+    QColor dot;
+    QColor title;
+    QFont::Weight weight;
 };
+
+void expectLook(QQuickItem* row, const RowLook& look) {
+    ASSERT_NE(row, nullptr);
+    const QQuickItem* time = findLabel(*row, row->property("time").toString());
+    const QQuickItem* title = findLabel(*row, row->property("title").toString());
+    const QQuickItem* dot = findBelow(*row, [](const QQuickItem& item) {
+        return item.inherits("QQuickRectangle") && item.size() == QSizeF(8, 8);
+    });
+    ASSERT_TRUE(time != nullptr && title != nullptr && dot != nullptr);
+    EXPECT_EQ(colorOf(*time), look.time);
+    EXPECT_EQ(weightOf(*time), QFont::DemiBold);
+    EXPECT_EQ(colorOf(*dot), look.dot);
+    EXPECT_EQ(colorOf(*title), look.title);
+    EXPECT_EQ(weightOf(*title), look.weight);
+}
+
+/// Of the days that are offered, that one alone is marked.
+void expectOnlyChosenDay(QQuickItem& days, const QString& name) {
+    int offered = 0;
+    collect(days, [&](QQuickItem& row) {
+        if (isOf(row, "EPGDayRow")) {
+            const bool isChosen = accessibleName(row) == name;
+            const QQuickItem* label = findLabel(row, accessibleName(row));
+            ASSERT_NE(label, nullptr);
+            EXPECT_EQ(colorOf(*label), isChosen ? QColor("#3fd0c4") : whiteAt(1));
+            EXPECT_EQ(findIcon(row, "checkmark") != nullptr, isChosen);
+            ++offered;
+        }
+    });
+    EXPECT_EQ(offered, 4);
+}
 
 TEST_F(GuidePanelWindow, OpensOnWhatIsOnNow) {
     addDay(utc(2024, 3, 15));
     show(channel(true, 3));
     QQuickItem* current = find("12:00, Telejornal");
     ASSERT_NE(current, nullptr);
-    EXPECT_EQ(roleOf(current), QAccessible::ListItem);
+    EXPECT_EQ(roleOf(*current), QAccessible::ListItem);
     EXPECT_LT(current->mapToItem(list("guidePrograms"), QPointF()).y(), 200);
     ASSERT_NE(find("11:00, Portugal em Direto: Reportagens, Histórias e Gente de Todas as Regiões do País"),
               nullptr);
-    EXPECT_EQ(
-        roleOf(find("11:00, Portugal em Direto: Reportagens, Histórias e Gente de Todas as Regiões do País")),
-        QAccessible::Button);
+    EXPECT_EQ(roleOf(*find(
+                  "11:00, Portugal em Direto: Reportagens, Histórias e Gente de Todas as Regiões do País")),
+              QAccessible::Button);
     ASSERT_NE(find("Hoje — Sexta-Feira, 15/03"), nullptr);
     shoot("rows");
+}
+
+TEST_F(GuidePanelWindow, WhatIsOnStandsOutUntilTheRowsAreReadAnew) {
+    const QColor red("#ff4d48");
+    addDay(utc(2024, 3, 15));
+    show(channel(true, 3));
+    const auto expectLooks = [&] {
+        expectLook(
+            find("11:00, Portugal em Direto: Reportagens, Histórias e Gente de Todas as Regiões do País"),
+            {whiteAt(0.5F), whiteAt(0.2F), whiteAt(0.4F), QFont::Normal});
+        expectLook(find("12:00, Telejornal"), {red, red, whiteAt(1), QFont::Bold});
+        expectLook(find("13:00, Cinema: O Faroleiro da Ilha de São Jorge"),
+                   {whiteAt(0.5F), whiteAt(0.3F), whiteAt(0.7F), QFont::Normal});
+    };
+    expectLooks();
+    now += hours(1);
+    settle();
+    expectLooks();
+}
+
+TEST_F(GuidePanelWindow, WhatAProgrammeIsAboutStandsBelowItWhereThatIsKnown) {
+    addDay(utc(2024, 3, 15));
+    show(channel(true, 3));
+    QQuickItem* about = findLabel(*ground, QStringLiteral("O jornal da noite."));
+    ASSERT_NE(about, nullptr);
+    EXPECT_EQ(colorOf(*about), whiteAt(0.3F));
+    EXPECT_EQ(about->property("font").value<QFont>().pixelSize(), 12);
+    QQuickItem* bare =
+        find("11:00, Portugal em Direto: Reportagens, Histórias e Gente de Todas as Regiões do País");
+    ASSERT_NE(bare, nullptr);
+    EXPECT_EQ(findLabel(*bare, QString()), nullptr) << "it would move the title up";
 }
 
 TEST_F(GuidePanelWindow, WithoutAnArchiveThereIsNoHeaderAndNoButton) {
@@ -198,7 +119,7 @@ TEST_F(GuidePanelWindow, WithoutAnArchiveThereIsNoHeaderAndNoButton) {
     show(channel(false, 3));
     EXPECT_EQ(find("Hoje — Sexta-Feira, 15/03"), nullptr);
     int buttons = 0;
-    collect(*ground, [&buttons](QQuickItem& item) { buttons += roleOf(&item) == QAccessible::Button; });
+    collect(*ground, [&buttons](QQuickItem& item) { buttons += roleOf(item) == QAccessible::Button; });
     EXPECT_EQ(buttons, 0);
     EXPECT_GT(rowsMade(), 4);
     const int enters = ground->property("strayEnters").toInt();
@@ -260,18 +181,18 @@ TEST_F(GuidePanelWindow, ADayIsPickedByKeys) {
     press(Qt::Key_Return);
     EXPECT_TRUE(panel.showDatePicker());
     EXPECT_EQ(focusName(), "Hoje — Sexta-Feira, 15/03");
-    EXPECT_EQ(roleOf(window.activeFocusItem()), QAccessible::RadioButton);
+    EXPECT_EQ(roleOf(*window.activeFocusItem()), QAccessible::RadioButton);
     shoot("days");
     press(Qt::Key_Escape);
     EXPECT_FALSE(panel.showDatePicker());
-    EXPECT_EQ(roleOf(window.activeFocusItem()), QAccessible::Button) << "back at the header";
+    EXPECT_EQ(roleOf(*window.activeFocusItem()), QAccessible::Button) << "back at the header";
     press(Qt::Key_Return);
     press(Qt::Key_Down);
     EXPECT_EQ(focusName(), "Quinta-Feira, 14/03");
     press(Qt::Key_Return);
     EXPECT_EQ(panel.selectedDate(), at(utc(2024, 3, 14)));
     EXPECT_EQ(focusName(), "Quinta-Feira, 14/03");
-    EXPECT_EQ(roleOf(window.activeFocusItem()), QAccessible::Button);
+    EXPECT_EQ(roleOf(*window.activeFocusItem()), QAccessible::Button);
     press(Qt::Key_Down);
     press(Qt::Key_Return);
     EXPECT_THAT(played, ElementsAre("c1_ontem Bom Dia Portugal 0")) << "a day before today begins at its top";
@@ -284,6 +205,7 @@ TEST_F(GuidePanelWindow, ADayIsPickedByAClick) {
     click("Hoje — Sexta-Feira, 15/03");
     EXPECT_TRUE(panel.showDatePicker());
     EXPECT_EQ(rowsMade(), 0) << "the days stand in the place of the programmes";
+    expectOnlyChosenDay(*list("guideDays"), QStringLiteral("Hoje — Sexta-Feira, 15/03"));
     click("Quinta-Feira, 14/03");
     EXPECT_FALSE(panel.showDatePicker());
     EXPECT_EQ(rowsMade(), 1);
@@ -296,12 +218,18 @@ TEST_F(GuidePanelWindow, SaysThatItWaitsAndThatThereIsNothing) {
     show(channel(true, 3));
     EXPECT_NE(find("A carregar programacao..."), nullptr);
     EXPECT_EQ(find("Sem informacao de programacao"), nullptr);
+    const QQuickItem* spinner = findType(*ground, "Spinner");
+    ASSERT_NE(spinner, nullptr);
+    EXPECT_TRUE(spinner->property("running").toBool());
+    EXPECT_EQ(findIcon(*ground, "tv.slash"), nullptr);
     shoot("loading");
     release();
     ASSERT_TRUE(waitUntil([this] { return panel.content() == Content::Empty; }));
     drainEvents();
     EXPECT_EQ(find("A carregar programacao..."), nullptr);
     EXPECT_NE(find("Sem informacao de programacao"), nullptr);
+    EXPECT_EQ(findType(*ground, "Spinner"), nullptr);
+    EXPECT_NE(findIcon(*ground, "tv.slash"), nullptr);
     shoot("empty");
 }
 

@@ -109,6 +109,13 @@ TEST_F(MiniPlayerTest, ExpandingGivesTheSessionBackToTheFullScreen) {
     EXPECT_TRUE(journal.empty());
 }
 
+TEST_F(MiniPlayerTest, ExpandingSaysThatTheSessionPlays) {
+    minimise();
+    appState.setIsPlaying(false);
+    mini.expand();
+    EXPECT_TRUE(appState.isPlaying());
+}
+
 TEST_F(MiniPlayerTest, ClosingEndsEverythingAndRecordsNothingByItself) {
     minimise();
     reach(60, 100);

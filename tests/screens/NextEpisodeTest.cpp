@@ -43,6 +43,15 @@ TEST_F(NextEpisodeTest, RecordsTheOneThatEndsAndStartsTheNextFromItsBeginning) {
     ASSERT_TRUE(presentation.isPresented());
 }
 
+TEST_F(NextEpisodeTest, BringsNoControls) {
+    playSeries();
+    playerManager.setIsBuffering(false);
+    scheduler.advance(5.1);
+    ASSERT_FALSE(player().controls()->showControls());
+    player().playNextEpisode();
+    EXPECT_FALSE(player().controls()->showControls());
+}
+
 TEST_F(NextEpisodeTest, IsWhatTheLeavingStepsRecordFromThenOn) {
     playSeries();
     reach(50, 100);

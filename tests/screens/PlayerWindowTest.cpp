@@ -1,46 +1,8 @@
 // The player in the window, under real keys and a real pointer.
-#include "ScreensWindow.h"
-#include "playback/PlayerManager.h"
-#include "screens/player/PlayerViewModel.h"
+#include "PlayerWindow.h"
 
 namespace ondavia::testing {
 namespace {
-
-class PlayerWindowTest : public ScreensTest {
-protected:
-    void playFilm() {
-        show();
-        appState.playChannel(title(1, "movie", "Drama", "Uma Longa Noite"));
-        scheduler.runPending();
-        playerManager.setIsBuffering(false);
-        playerManager.setIsPlaying(true);
-        reach(100, 1000);
-        settle();
-    }
-    void reach(double position, double duration) {
-        const auto engine = lastEngine.lock();
-        engine->time = position;
-        engine->length = duration;
-        playerManager.setDuration(duration);
-        playerManager.setCurrentTime(position);
-    }
-    [[nodiscard]] PlayerViewModel& player() {
-        return dynamic_cast<PlayerViewModel&>(*models->player()->player());
-    }
-    void clickAt(QPoint place) {
-        QTest::mouseClick(window, Qt::LeftButton, {}, place);
-        drainEvents();
-    }
-    void doubleClickAt(QPoint place) {
-        clickAt(place);
-        clickAt(place);
-    }
-    /// Clicks that follow must not count as one double click.
-    void waitAfterClicks() {
-        scheduler.advance(1);
-        settle();
-    }
-};
 
 TEST_F(PlayerWindowTest, KeysSteerTheFilmFromTheFirstOneOn) {
     playFilm();
@@ -387,75 +349,6 @@ TEST_F(PlayerWindowTest, SubtitlesOfTheScreensWrapAndLetTouchesThrough) {
     ASSERT_TRUE(block->contains(block->mapFromScene(place)));
     doubleClickAt(place);
     EXPECT_EQ(playerManager.currentTime(), 110) << "the picture below was touched";
-}
-
-TEST_F(PlayerWindowTest, ShrinksIntoTheMiniPlayerAndComesBack) {
-    playFilm();
-    journal.clear();
-    click("Minimizar");
-    settle();
-    QQuickItem* mini = named("miniPlayer");
-    ASSERT_NE(mini, nullptr);
-    EXPECT_EQ(mini->mapToScene(QPointF()), QPointF(1280 - 192, 800 - 202));
-    EXPECT_NE(find(QStringLiteral("Inicio")), nullptr) << "the pages are there again";
-    const auto middle = [&] { return mini->mapToScene(QPointF(40, 60)).toPoint(); };
-    const auto moveBy = [&](QPoint way) {
-        const QPoint from = middle();
-        QTest::mousePress(window, Qt::LeftButton, {}, from);
-        QTest::mouseMove(window, from + way / 2);
-        QTest::mouseMove(window, from + way);
-        QTest::mouseRelease(window, Qt::LeftButton, {}, from + way);
-        settle();
-    };
-    moveBy({-900, -200});
-    EXPECT_EQ(mini->mapToScene(QPointF()), QPointF(96 + 12, 800 - 202 - 200)) << "beside the rail";
-    window->resize(1000, 500);
-    settle();
-    EXPECT_EQ(mini->mapToScene(QPointF()), QPointF(96 + 12, 500 - 155 - 55));
-    EXPECT_THAT(journal, ::testing::IsEmpty());
-    moveBy({6, 8});
-    EXPECT_FALSE(models->player()->isPresented()) << "ten is a drag";
-    moveBy({7, 7});
-    EXPECT_TRUE(models->player()->isPresented()) << "less than ten is a tap";
-    EXPECT_EQ(named("miniPlayer"), nullptr);
-    EXPECT_THAT(journal, ::testing::IsEmpty()) << "the engine heard nothing of it all";
-    click("Minimizar");
-    settle();
-    click("Silenciar");
-    EXPECT_TRUE(playerManager.isMuted());
-    click("Fechar");
-    settle();
-    EXPECT_EQ(named("miniPlayer"), nullptr);
-    EXPECT_FALSE(appState.isPlaying());
-}
-
-TEST_F(PlayerWindowTest, TheMiniPlayerIsReachedByKeyboard) {
-    playFilm();
-    player().minimizeToMini();
-    settle();
-    for (int step = 0; step < 20 && focusName().find("Voltar ao ecrã inteiro") != 0; ++step) {
-        press(Qt::Key_Tab);
-    }
-    EXPECT_EQ(focusName(), "Voltar ao ecrã inteiro, Uma Longa Noite");
-    press(Qt::Key_Return);
-    settle();
-    EXPECT_TRUE(models->player()->isPresented());
-}
-
-TEST_F(PlayerWindowTest, ThePagesHaveTheFocusAgainWhenTheMiniPlayerHasGone) {
-    playFilm();
-    player().minimizeToMini();
-    settle();
-    const std::string before = focusName();
-    EXPECT_NE(before, "");
-    for (int step = 0; step < 20 && focusName() != "Fechar"; ++step) {
-        press(Qt::Key_Tab);
-    }
-    ASSERT_EQ(focusName(), "Fechar");
-    press(Qt::Key_Return);
-    settle();
-    EXPECT_FALSE(appState.isPlaying());
-    EXPECT_EQ(focusName(), before);
 }
 
 } // namespace

@@ -6,6 +6,8 @@
 #include <QAccessible>
 #include <QDateTime>
 #include <QElapsedTimer>
+#include <QQmlEngine>
+#include <QQmlProperty>
 #include <QWheelEvent>
 
 namespace ondavia::testing {
@@ -33,6 +35,48 @@ void collect(QQuickItem& item, const std::function<void(QQuickItem&)>& visit) {
             collect(*child, visit);
         }
     }
+}
+
+QQuickItem* findBelow(QQuickItem& root, const std::function<bool(const QQuickItem&)>& isIt) {
+    QQuickItem* found = nullptr;
+    collect(root, [&](QQuickItem& candidate) {
+        if (found == nullptr && isIt(candidate)) {
+            found = &candidate;
+        }
+    });
+    return found;
+}
+
+QQuickItem* findType(QQuickItem& root, const char* type) {
+    return findBelow(root, [type](const QQuickItem& item) { return isOf(item, type); });
+}
+
+QQuickItem* findLabel(QQuickItem& root, const QString& text) {
+    return findBelow(root, [&text](const QQuickItem& item) {
+        return isLabel(item) && item.property("text").toString() == text;
+    });
+}
+
+QQuickItem* findIcon(QQuickItem& root, const char* symbol) {
+    return findBelow(root, [symbol](const QQuickItem& item) {
+        return isIcon(item) && item.property("symbol").toString() == QLatin1String(symbol);
+    });
+}
+
+bool isIcon(const QQuickItem& item) {
+    return item.inherits("QQuickText") && item.property("symbol").isValid();
+}
+
+bool isLabel(const QQuickItem& item) {
+    return item.inherits("QQuickText") && !isIcon(item);
+}
+
+bool isOf(const QQuickItem& item, const char* type) {
+    return QByteArray(item.metaObject()->className()).startsWith(type);
+}
+
+int roleOf(QQuickItem& item) {
+    return QQmlProperty::read(&item, QStringLiteral("Accessible.role"), qmlContext(&item)).toInt();
 }
 
 QString accessibleName(const QObject& item) {

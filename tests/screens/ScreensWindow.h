@@ -15,8 +15,22 @@ namespace ondavia::testing {
 /// Visits every visible item below and including `item`.
 void collect(QQuickItem& item, const std::function<void(QQuickItem&)>& visit);
 
+/// The first visible item that `isIt`, below and including `root`; null for none. So for all of these.
+[[nodiscard]] QQuickItem* findBelow(QQuickItem& root, const std::function<bool(const QQuickItem&)>& isIt);
+/// One of that QML type.
+[[nodiscard]] QQuickItem* findType(QQuickItem& root, const char* type);
+[[nodiscard]] QQuickItem* findLabel(QQuickItem& root, const QString& text);
+[[nodiscard]] QQuickItem* findIcon(QQuickItem& root, const char* symbol);
+
+[[nodiscard]] bool isIcon(const QQuickItem& item);
+[[nodiscard]] bool isLabel(const QQuickItem& item);
+[[nodiscard]] bool isOf(const QQuickItem& item, const char* type);
+
 /// What an assistive program would call the item.
 [[nodiscard]] QString accessibleName(const QObject& item);
+
+/// As the screens give it: Qt 6.4 hands out that of the item's class.
+[[nodiscard]] int roleOf(QQuickItem& item);
 
 /// Waits until the shown window has the keyboard: before that, keys reach no shortcut of it.
 void giveKeyboard(QWindow& window);

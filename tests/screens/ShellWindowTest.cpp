@@ -12,21 +12,9 @@ namespace ondavia::testing {
 namespace {
 
 /// The first visible item below `item` for which `isIt` holds.
-QQuickItem* findBelow(QQuickItem& item, const std::function<bool(const QQuickItem&)>& isIt) {
-    QQuickItem* found = nullptr;
-    collect(item, [&](QQuickItem& candidate) {
-        if (found == nullptr && isIt(candidate)) {
-            found = &candidate;
-        }
-    });
-    return found;
-}
-
 /// The name of the icon that stands in `item`.
 std::string symbolIn(QQuickItem& item) {
-    const QQuickItem* icon = findBelow(item, [](const QQuickItem& candidate) {
-        return candidate.inherits("QQuickText") && candidate.property("symbol").isValid();
-    });
+    const QQuickItem* icon = findBelow(item, isIcon);
     return icon != nullptr ? icon->property("symbol").toString().toStdString() : "no icon";
 }
 

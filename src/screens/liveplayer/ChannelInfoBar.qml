@@ -62,7 +62,8 @@ FocusScope {
                 Label {
                     id: word
                     anchors.centerIn: parent
-                    text: Texts.get("AO VIVO", "AO VIVO")
+                    // A mark, the same in every language.
+                    text: "AO VIVO"
                     font.pixelSize: Theme.captionSize
                     font.weight: Font.Bold
                 }

@@ -16,13 +16,15 @@ FocusScope {
     readonly property real margin: controls.isFull ? Theme.marginFor(controls.width) : Theme.unit * 4
     readonly property bool isSmall: controls.height < 320
     /// Brightness and volume stand above the middle where their sliders would cover it.
-    readonly property real sidesOffset: controls.width < 600 ? -Math.max(0, Math.min(150, controls.height / 2 - 160)) : 0
+    readonly property real sidesOffset: controls.width <= 640 ? -Math.max(0, Math.min(150, controls.height / 2 - 160)) : 0
+    /// From the picture's edge to what stands beside a message: brightness and volume may stand there too.
+    readonly property real edge: controls.isFull && controls.sidesOffset > -56 ? controls.margin + 44 : controls.margin
+    /// What a message leaves free at either side.
+    readonly property real sides: controls.edge + next.width
 
     /// The keyboard steps in.
     function takeFocus() {
-        const hasMiddle = !controls.hasError || controls.width > 640
-        const first = !hasMiddle ? gear : controls.hasError || controls.isWaiting ? next : playPause
-        first.forceActiveFocus(Qt.TabFocusReason)
+        (controls.hasError || controls.isWaiting ? next : playPause).forceActiveFocus(Qt.TabFocusReason)
     }
 
     Scrims {
@@ -64,7 +66,6 @@ FocusScope {
             onClicked: controls.model.toggleFavorite()
         }
         PlayerButton {
-            id: gear
             symbol: "gearshape"
             text: Texts.get("player.settings", "Definições")
             onClicked: controls.model.openSettings()
@@ -74,8 +75,7 @@ FocusScope {
     Row {
         id: middle
         anchors.centerIn: parent
-        // Beside a message there has to be room for them.
-        visible: !controls.hidesMiddle && (!controls.hasError || controls.width > 640)
+        visible: !controls.hidesMiddle
         spacing: controls.isFull && controls.width >= Theme.wideWindow ? Theme.unit * 12 : Theme.unit * 6
         PlayerButton {
             anchors.verticalCenter: parent.verticalCenter
@@ -88,7 +88,9 @@ FocusScope {
         }
         Item {
             anchors.verticalCenter: parent.verticalCenter
-            width: controls.hasError ? 440 : controls.isWaiting ? 240 : playPause.width
+            // Beside a message they step aside, in a narrow picture as far as its edges.
+            width: controls.hasError ? Math.min(440, controls.width - (controls.sides + middle.spacing) * 2)
+                : controls.isWaiting ? 240 : playPause.width
             height: playPause.height
             PlayPauseButton {
                 id: playPause

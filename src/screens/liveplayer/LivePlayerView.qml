@@ -143,6 +143,8 @@ FocusScope {
             anchors.fill: parent
             focus: true
             model: view.model
+            // The message keeps a margin of its own too.
+            messageMargin: controls.sides - Theme.unit * 2
             onTapped: view.model.controls.toggleControls()
             onDoubleClicked: view.model.toggleFullScreen()
         }

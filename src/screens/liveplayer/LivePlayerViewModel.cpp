@@ -82,7 +82,7 @@ void LivePlayerViewModel::connectFields() {
         Q_EMIT currentRowChanged();
     });
     connect(this, &Self::isFullscreenChanged, this, &Self::arrange);
-    connect(&services().appState, &AppState::currentChannelChanged, this, &Self::recordingChanged);
+    connect(&services().playerManager, &PlayerManager::currentItemChanged, this, &Self::recordingChanged);
     connect(&m_guide, &EPGPanelViewModel::playCatchupRequested, this, &Self::playCatchup);
     connect(&m_number, &ChannelNumberEntry::chosen, this,
             [this](std::size_t place) { switchAnywhere(m_allChannels->channel(place)); });
@@ -258,12 +258,13 @@ QString LivePlayerViewModel::title() const {
 }
 
 bool LivePlayerViewModel::isRecording() const {
-    const auto& item = services().appState.currentChannel();
+    // Not the session's item: that stays the recording when another try plays the channel itself.
+    const auto& item = services().playerManager.currentItem();
     return item && item->id != currentChannel().id;
 }
 
 QString LivePlayerViewModel::recordingTitle() const {
-    return isRecording() ? shownText(services().appState.currentChannel()->name) : QString();
+    return isRecording() ? shownText(services().playerManager.currentItem()->name) : QString();
 }
 
 QUrl LivePlayerViewModel::logo() const {

@@ -18,9 +18,10 @@ PlayerScreen::PlayerScreen(const PlayerScreenServices& services, SettingsSheetMo
                               &PlayerManager::isMutedChanged, &PlayerManager::errorChanged}) {
         connect(&manager, signal, this, &PlayerScreen::stateChanged);
     }
-    // Who sees it stand still, at its end say, wants to know what is to be done.
+    // Who sees it stand still, at its end say, wants to know what is to be done. Between two engines nothing
+    // stands still: the next picture is on its way.
     connect(&manager, &PlayerManager::isPlayingChanged, this, [this] {
-        if (!isPlaying() && !isBuffering()) {
+        if (m_services.playerManager.player() && !isPlaying() && !isBuffering()) {
             m_controls.wake();
         }
     });

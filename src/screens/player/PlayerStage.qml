@@ -15,6 +15,8 @@ FocusScope {
     readonly property bool isSmall: stage.height < 320
     /// How much of the picture's bottom controls lie over.
     property real coveredBottom: 0
+    /// How much of its sides a message leaves free.
+    property real messageMargin: 0
     /// Lies right over the picture.
     default property alias overlays: overlay.data
     signal tapped(real x, real y)
@@ -112,6 +114,8 @@ FocusScope {
         color: Theme.errorVeil
         EmptyStateView {
             anchors.fill: parent
+            anchors.leftMargin: stage.messageMargin
+            anchors.rightMargin: stage.messageMargin
             isLow: stage.isSmall
             icon: "exclamationmark.triangle.fill"
             title: Texts.get("player.cannotPlay", "Não foi possível reproduzir")

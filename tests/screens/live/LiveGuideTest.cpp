@@ -72,7 +72,12 @@ TEST_F(LiveGuideTest, OpensAtOnceWhereTheGuideIsThreeDaysOldAndNotMore) {
     loadedAgo(seconds(259200));
     open(1);
     player().guide()->setSelectedDate(QDateTime::currentDateTime().addDays(-2));
+    const QObject listener;
+    note(listener, player(), &LivePlayerViewModel::isLoadingEPGChanged, "loading");
+    note(listener, player(), &LivePlayerViewModel::showEPGChanged, "guide");
+    note(listener, *player().guide(), &EPGPanelViewModel::selectedDateChanged, "today");
     player().toggleView();
+    EXPECT_THAT(steps, ::testing::ElementsAre("loading", "loading", "guide", "today"));
     EXPECT_TRUE(player().showEPG());
     EXPECT_TRUE(player().epgLoaded());
     EXPECT_FALSE(player().isLoadingEPG());
@@ -166,6 +171,16 @@ TEST_F(LiveGuideTest, FollowsTheChannel) {
     EXPECT_EQ(player().guide()->channel().id, "main_2");
 }
 
+TEST_F(LiveGuideTest, AZapLeavesTheChoiceOfADayOpen) {
+    keepGuideFresh();
+    open(1);
+    player().openGuide();
+    player().guide()->setShowDatePicker(true);
+    player().switchToNextChannel();
+    EXPECT_FALSE(player().showEPG());
+    EXPECT_TRUE(player().guide()->showDatePicker());
+}
+
 TEST_F(LiveGuideTest, PlaysARecordingWithoutLeavingTheChannel) {
     signIn();
     Channel archived = channel(1, "Notícias");
@@ -249,8 +264,15 @@ TEST_F(LiveGuideTest, AChannelOnceMoreLeadsFromTheRecordingToTheLivePicture) {
     EXPECT_EQ(appState.currentChannel()->id, "main_1");
     EXPECT_EQ(plays(1), 2);
     player().playCatchup(past(minutes(30)));
+    ASSERT_TRUE(player().isRecording());
+    int told = 0;
+    const QObject listener;
+    QObject::connect(&player(), &LivePlayerViewModel::recordingChanged, &listener, [&told] { ++told; });
     player().retry();
     EXPECT_EQ(plays(1), 3) << "so does another try";
+    EXPECT_FALSE(player().isRecording());
+    EXPECT_EQ(player().recordingTitle(), QString());
+    EXPECT_GT(told, 0);
 }
 
 TEST_F(LiveGuideTest, ARecordingComesBackFromTheMiniPlayerAndIsRecordedNowhere) {

@@ -67,6 +67,22 @@ protected:
         playerManager.setIsBuffering(false);
         playerManager.setIsPlaying(true);
     }
+    [[nodiscard]] Channel stored(const std::string& id) {
+        return *store->mainContext().fetchFirst<Channel>({.where = field(&Channel::id) == id});
+    }
+    [[nodiscard]] std::string onAir() { return player().currentChannel().id; }
+    [[nodiscard]] bool offersNext() const { return commands.nextTrackCommand.isEnabled(); }
+    [[nodiscard]] bool offersPrevious() const { return commands.previousTrackCommand.isEnabled(); }
+    /// Out of the mini player.
+    void reexpand() {
+        appState.setShowMiniPlayer(false);
+        drainEvents();
+    }
+    /// Notes each of an object's signals by a name, in their order, as long as the listener lives.
+    template<typename Object, typename Signal>
+    void note(const QObject& listener, const Object& object, Signal signal, const char* step) {
+        QObject::connect(&object, signal, &listener, [this, step] { steps.emplace_back(step); });
+    }
     void signIn(const std::string& server = "http://tv.example") {
         appState.setServer(server);
         appState.setUsername("ana");
@@ -90,6 +106,8 @@ protected:
 
     Date now = currentDate();
     int guideLoads = 0;
+    /// What was noted.
+    std::vector<std::string> steps;
     AllOrientationsAgain orientations;
     PlayerPresentation presentation{
         appState, [this](const Channel& item) -> std::unique_ptr<PlayerScreen> { return make(item); }};

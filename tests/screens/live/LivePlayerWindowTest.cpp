@@ -1,88 +1,13 @@
 // The live player in the window, under real keys and a real pointer.
-#include "protocol/XtreamAPIClient.h"
-#include "screens/ScreensWindow.h"
-#include "screens/liveplayer/LivePlayerViewModel.h"
+#include "LivePlayerWindow.h"
+
+#include <QAccessible>
 
 namespace ondavia::testing {
 namespace {
 
+using ::testing::ElementsAre;
 using ::testing::IsEmpty;
-
-class LivePlayerWindowTest : public ScreensTest {
-protected:
-    /// Through the browser, as a viewer comes.
-    void openChannel(int width = 1280, int height = 800) {
-        signInWithCatalogue();
-        appState.setPassword("s3cr3t-word");
-        keepArchive();
-        defaults.setDate("ondavia_last_epg_load", currentDate());
-        show(width, height);
-        models->content()->setSelectedTab(ContentViewModel::Live);
-        settle();
-        click("Desporto, 23");
-        click("Desporto HD 1");
-        run();
-        settle();
-    }
-    void run() {
-        scheduler.runPending();
-        playerManager.setIsBuffering(false);
-        playerManager.setIsPlaying(true);
-        drainEvents();
-    }
-    /// Of the first channel: three days of archive, and a programme of each day.
-    void keepArchive() {
-        Channel first =
-            *store->mainContext().fetchFirst<Channel>({.where = field(&Channel::name) == "Desporto HD 1"});
-        first.tvArchive = true;
-        first.tvArchiveDuration = 3;
-        first.epgChannelId = "desporto.1";
-        store->mainContext().insert(first);
-        const Date noon = std::chrono::floor<std::chrono::days>(currentDate()) + std::chrono::hours(12);
-        for (int day = 0; day < 3; ++day) {
-            const Date start = noon - std::chrono::days(day);
-            store->mainContext().insert(EPGProgram{"p-" + std::to_string(day), "desporto.1",
-                                                   "A Grande Noite " + std::to_string(day), std::nullopt,
-                                                   start, start + std::chrono::minutes(90), std::nullopt});
-        }
-        store->mainContext().save();
-    }
-    [[nodiscard]] LivePlayerViewModel& player() {
-        return dynamic_cast<LivePlayerViewModel&>(*models->player()->player());
-    }
-    [[nodiscard]] std::string onAir() { return player().currentChannel().name; }
-    [[nodiscard]] QRectF place(QQuickItem& item) {
-        return item.mapRectToScene(QRectF(0, 0, item.width(), item.height()));
-    }
-    [[nodiscard]] QRectF stage() { return place(*named("stage")); }
-    /// A pointer over the picture brings the controls.
-    void wake() {
-        const QPoint middle = stage().center().toPoint();
-        QTest::mouseMove(window, middle);
-        QTest::mouseMove(window, middle + QPoint(30, 20));
-        drainEvents();
-        settle();
-    }
-    /// A key that stands for no character.
-    void pressRemote(Qt::Key key) {
-        QTest::sendKeyEvent(QTest::Click, window, key, QString(), Qt::NoModifier);
-        drainEvents();
-    }
-    void tap(QPoint place) {
-        QTest::touchEvent(window, m_screen.get()).press(0, place, window);
-        QTest::touchEvent(window, m_screen.get()).release(0, place, window);
-        drainEvents();
-    }
-    [[nodiscard]] std::string lastPlayed() {
-        const auto created =
-            std::ranges::find_if(journal.rbegin(), journal.rend(),
-                                 [](const std::string& line) { return line.starts_with("create "); });
-        return created != journal.rend() ? created->substr(7) : std::string();
-    }
-
-private:
-    std::unique_ptr<QPointingDevice> m_screen{QTest::createTouchDevice()};
-};
 
 TEST_F(LivePlayerWindowTest, ZapsWithTheButtonsOverThePicture) {
     openChannel();
@@ -114,12 +39,15 @@ TEST_F(LivePlayerWindowTest, ZapsThroughTheListOfACategory) {
     openChannel();
     click("Desporto HD 4");
     EXPECT_EQ(onAir(), "Desporto HD 4");
+    EXPECT_THAT(markedChannels(), ElementsAre("Desporto HD 4"));
     EXPECT_NE(find(QStringLiteral("Categoria: Desporto")), nullptr);
     click("Categoria: Desporto");
     EXPECT_EQ(find(QStringLiteral("Desporto HD 5")), nullptr) << "the categories lie over it";
+    EXPECT_THAT(tickedCategories(), ElementsAre("Desporto"));
     click("Infantil");
     EXPECT_EQ(player().selectedCategory(), "Infantil");
     EXPECT_EQ(onAir(), "Desporto HD 4") << "looking around changes nothing";
+    EXPECT_THAT(markedChannels(), IsEmpty());
     click("Infantil HD 2");
     EXPECT_EQ(onAir(), "Infantil HD 2");
     EXPECT_EQ(appState.currentChannel()->name, "Infantil HD 2");
@@ -268,10 +196,13 @@ TEST_F(LivePlayerWindowTest, GuideAndListHaveAKeyEach) {
 TEST_F(LivePlayerWindowTest, TheHeartIsFilledWhenItIsAFavourite) {
     openChannel();
     wake();
+    EXPECT_EQ(symbolOf("Adicionar aos favoritos"), QStringLiteral("heart"));
     click("Adicionar aos favoritos");
     EXPECT_TRUE(player().isFavorite());
+    EXPECT_EQ(symbolOf("Remover dos favoritos"), QStringLiteral("heart.fill"));
     click("Remover dos favoritos");
     EXPECT_FALSE(player().isFavorite());
+    EXPECT_EQ(symbolOf("Adicionar aos favoritos"), QStringLiteral("heart"));
 }
 
 TEST_F(LivePlayerWindowTest, StandsBesideTheListInAWideWindowAndAboveItInANarrowOne) {
@@ -288,6 +219,31 @@ TEST_F(LivePlayerWindowTest, StandsBesideTheListInAWideWindowAndAboveItInANarrow
     window->resize(500, 480);
     settle();
     EXPECT_GE(place(*list).height(), 90) << "a low window keeps some of the list";
+}
+
+TEST_F(LivePlayerWindowTest, EachArrangementHasItsControls) {
+    const std::vector<const char*> both{
+        "Silenciar", "Adicionar aos favoritos", "Definições", "Canal anterior", "Pausa", "Canal seguinte"};
+    openChannel();
+    wake();
+    for (const char* name : both) {
+        EXPECT_NE(find(QString::fromUtf8(name)), nullptr) << name;
+    }
+    EXPECT_EQ(symbolOf("Minimizar"), QStringLiteral("chevron.left"));
+    EXPECT_EQ(find(QStringLiteral("Brilho")), nullptr);
+    EXPECT_EQ(find(QStringLiteral("Volume")), nullptr);
+    EXPECT_EQ(symbolOf("Ecrã inteiro"), QStringLiteral("arrow.up.left.and.arrow.down.right"));
+    click("Ecrã inteiro");
+    for (const char* name : both) {
+        EXPECT_NE(find(QString::fromUtf8(name)), nullptr) << name;
+    }
+    EXPECT_NE(find(QStringLiteral("Brilho")), nullptr);
+    EXPECT_NE(find(QStringLiteral("Volume")), nullptr);
+    EXPECT_EQ(symbolOf("Sair do ecrã inteiro"), QStringLiteral("arrow.down.right.and.arrow.up.left"));
+    QQuickItem* heading =
+        findLabel(*findType(*window->contentItem(), "LiveControls"), QStringLiteral("Desporto HD 1"));
+    ASSERT_NE(heading, nullptr) << "the channel's name heads the controls";
+    EXPECT_EQ(roleOf(*heading), QAccessible::Heading);
 }
 
 TEST_F(LivePlayerWindowTest, ThePictureAloneFillsTheScreen) {
@@ -361,6 +317,21 @@ TEST_F(LivePlayerWindowTest, AChannelThatFailsHoldsNothingUp) {
     EXPECT_EQ(onAir(), "Desporto HD 3");
     EXPECT_EQ(find(QStringLiteral("Tentar novamente")), nullptr);
     EXPECT_NE(find(QStringLiteral("A preparar reproducao...")), nullptr);
+}
+
+TEST_F(LivePlayerWindowTest, ANarrowPictureThatFailedCanBeZappedAwayFromByTouch) {
+    openChannel(412, 892);
+    playerManager.setIsPlaying(false);
+    playerManager.setError("Erro de reproducao");
+    player().controls()->wake();
+    settle();
+    expectRoomForTheMessage();
+    click("Canal seguinte");
+    EXPECT_EQ(onAir(), "Desporto HD 2");
+    playerManager.setError("Erro de reproducao");
+    settle();
+    click("Canal anterior");
+    EXPECT_EQ(onAir(), "Desporto HD 1");
 }
 
 TEST_F(LivePlayerWindowTest, ListsItsOwnKeys) {
