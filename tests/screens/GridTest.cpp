@@ -1,38 +1,7 @@
 #include "ScreensWindow.h"
 
-#include <QDateTime>
-#include <QWheelEvent>
-
 namespace ondavia::testing {
 namespace {
-
-QRectF sceneRect(const QQuickItem& item) {
-    return item.mapRectToScene(QRectF(0, 0, item.width(), item.height()));
-}
-
-/// Notch by notch, each when the list has come to rest, until `isThere`.
-void turnWheel(QQuickItem& list, QPoint notch, const std::function<bool()>& isThere) {
-    QQuickWindow* window = list.window();
-    const QPointF place = sceneRect(list).center();
-    EXPECT_TRUE(waitUntil([&] {
-        if (list.property("moving").toBool()) {
-            return false;
-        }
-        if (isThere()) {
-            return true;
-        }
-        QWheelEvent event(place, window->mapToGlobal(place), {}, notch, Qt::NoButton, Qt::NoModifier,
-                          Qt::NoScrollPhase, false);
-        // A view takes events without a time for one and the same.
-        event.setTimestamp(static_cast<quint64>(QDateTime::currentMSecsSinceEpoch()));
-        QCoreApplication::sendEvent(window, &event);
-        return false;
-    }));
-}
-
-constexpr QPoint notchUp(0, 120);
-constexpr QPoint notchDown(0, -120);
-constexpr QPoint notchRight(-120, 0);
 
 /// A long list of films in windows of several sizes.
 class GridTest : public ScreensTest, public ::testing::WithParamInterface<QSize> {

@@ -4,7 +4,9 @@
 #include "screens/Screens.h"
 
 #include <QAccessible>
+#include <QDateTime>
 #include <QElapsedTimer>
+#include <QWheelEvent>
 
 namespace ondavia::testing {
 namespace {
@@ -43,6 +45,29 @@ void giveKeyboard(QWindow& window) {
     window.requestActivate();
     ASSERT_TRUE(waitUntil([&window] { return window.isActive(); }));
     drainEvents();
+}
+
+QRectF sceneRect(const QQuickItem& item) {
+    return item.mapRectToScene(QRectF(0, 0, item.width(), item.height()));
+}
+
+void turnWheel(QQuickItem& list, QPoint notch, const std::function<bool()>& isThere) {
+    QQuickWindow* window = list.window();
+    const QPointF place = sceneRect(list).center();
+    EXPECT_TRUE(waitUntil([&] {
+        if (list.property("moving").toBool()) {
+            return false;
+        }
+        if (isThere()) {
+            return true;
+        }
+        QWheelEvent event(place, window->mapToGlobal(place), {}, notch, Qt::NoButton, Qt::NoModifier,
+                          Qt::NoScrollPhase, false);
+        // A view takes events without a time for one and the same.
+        event.setTimestamp(static_cast<quint64>(QDateTime::currentMSecsSinceEpoch()));
+        QCoreApplication::sendEvent(window, &event);
+        return false;
+    }));
 }
 
 ScreensTest::ScreensTest(std::unique_ptr<SecItemStore> secItems)
