@@ -43,7 +43,8 @@ public:
     [[nodiscard]] virtual bool remembers() const = 0;
     /// Whether a call may keep its caller waiting, be it for a user who is asked for a password.
     [[nodiscard]] virtual bool keepsWaiting() const { return false; }
-    /// Ends the call that is under way and lets every later one fail at once. Never waits.
+    /// Ends the call that is under way and lets every later one fail at once. What was changed in part may
+    /// still be put back after that; called again, this ends that too. Never waits.
     virtual void giveUp() {}
 };
 

@@ -12,7 +12,7 @@ KeychainQueue::KeychainQueue(KeychainService& keychain, Scheduler& scheduler)
 
 KeychainQueue::~KeychainQueue() {
     constexpr int lastPatience = 1000;
-    if (!m_thread.waitForDone(lastPatience)) {
+    for (int ends = 0; ends < 2 && !m_thread.waitForDone(lastPatience); ++ends) {
         m_keychain.giveUp();
     }
 }
@@ -38,6 +38,7 @@ void KeychainQueue::announceEnd() {
 void KeychainQueue::giveUp() {
     AppLogger::keychain.error("the keyring does not answer; nothing is remembered from now on");
     m_keychain.giveUp();
+    m_putBackLimit = m_scheduler.once(putBackPatience, [this] { m_keychain.giveUp(); });
     Q_EMIT gaveUp();
 }
 

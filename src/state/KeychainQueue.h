@@ -23,10 +23,12 @@ public:
     /// Seconds that the keyring has for all that it is asked at a time. After them the application goes on
     /// without it.
     static constexpr double patience = 30;
+    /// And those that it has after that to put back what was changed in part.
+    static constexpr double putBackPatience = 5;
 
     /// Both must outlive the object.
     KeychainQueue(KeychainService& keychain, Scheduler& scheduler);
-    /// What is still to be kept or deleted has a second for that.
+    /// What is still to be kept or deleted has a second for that, and what then has to be put back another.
     ~KeychainQueue() override;
 
     /// Has `work(keychain)` done after what was asked for before. The future is finished already where
@@ -60,6 +62,7 @@ private:
     Scheduler& m_scheduler;
     int m_pending = 0;
     std::unique_ptr<ScheduledTimer> m_limit;
+    std::unique_ptr<ScheduledTimer> m_putBackLimit;
     /// One thread, and so in order.
     QThreadPool m_thread;
 };

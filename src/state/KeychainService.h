@@ -57,7 +57,8 @@ public:
     [[nodiscard]] bool remembers() const;
     /// Whether the store may keep its caller waiting.
     [[nodiscard]] bool keepsWaiting() const;
-    /// Whoever waits for the store waits no longer, and it remembers nothing more.
+    /// Whoever waits for the store waits no longer, and it remembers nothing more. Called again, this ends
+    /// also what it was putting back.
     void giveUp();
 
 private:

@@ -1,4 +1,5 @@
 #include "base/AppLogger.h"
+#include "base/LocalizedText.h"
 #include "base/Redaction.h"
 #include "support/TestSupport.h"
 
@@ -57,6 +58,17 @@ TEST(AppLoggerDeathTest, stillMasksAtTheVeryEndOfTheProcess) {
         std::exit(0);
     };
     EXPECT_EXIT(endWhileLogging(), ::testing::ExitedWithCode(0), "the word is <redacted>\\.");
+}
+
+TEST(LocalizedTextDeathTest, isThereAtTheVeryEndOfTheProcess) {
+    ::testing::GTEST_FLAG(death_test_style) = "threadsafe";
+    const auto endWhileReading = [] {
+        // Before the first catalogue, as above.
+        std::atexit([] { AppLogger::general.error("%s", {localizedText("end", "none")}); });
+        installTextCatalogue({{"end", "the words are there"}});
+        std::exit(0);
+    };
+    EXPECT_EXIT(endWhileReading(), ::testing::ExitedWithCode(0), "the words are there");
 }
 
 TEST(AppLogger, namesItsFiveCategories) {

@@ -4,6 +4,7 @@
 #include "store/StoreError.h"
 #include "support/NoThreads.h"
 
+#include <fcntl.h>
 #include <fstream>
 #include <future>
 #include <map>
@@ -15,6 +16,19 @@ using ::testing::ElementsAre;
 using ::testing::IsEmpty;
 
 const std::string twoProgrammes = programme("<title>A</title>") + programme("<title>B</title>", "elsewhere");
+
+/// The flags of every nameless file of `folder` that this process has open.
+std::vector<int> spools(const std::filesystem::path& folder) {
+    std::vector<int> flags;
+    for (const auto& entry : std::filesystem::directory_iterator("/proc/self/fd")) {
+        std::error_code gone;
+        const std::string target = std::filesystem::read_symlink(entry.path(), gone);
+        if (target.starts_with(folder.string() + "/guide-") && target.ends_with(" (deleted)")) {
+            flags.push_back(fcntl(std::stoi(entry.path().filename()), F_GETFD));
+        }
+    }
+    return flags;
+}
 
 class GuideLoad : public GuideTest {
 protected:
@@ -206,6 +220,8 @@ TEST_F(GuideLoad, ShowsTheOldGuideUntilTheNewOneIsThereAndLeavesNoFile) {
     ASSERT_TRUE(waitUntil([&] { return half && std::filesystem::exists(folder.path() / "cache"); }));
     EXPECT_THAT(titles(), ElementsAre("old"));
     EXPECT_TRUE(std::filesystem::is_empty(folder.path() / "cache"));
+    EXPECT_THAT(spools(folder.path() / "cache"), ElementsAre(FD_CLOEXEC))
+        << "programs started meanwhile get none";
     gate.set_value();
     ASSERT_TRUE(waitUntil([&] { return done; }));
     EXPECT_THAT(titles(), ElementsAre("A", "B"));

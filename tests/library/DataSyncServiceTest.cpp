@@ -4,6 +4,7 @@
 
 #include <atomic>
 #include <ctime>
+#include <sqlite3.h>
 #include <thread>
 
 namespace ondavia::testing {
@@ -22,6 +23,47 @@ double threadSeconds() {
     clock_gettime(CLOCK_THREAD_CPUTIME_ID, &time);
     return static_cast<double>(time.tv_sec) + 1e-9 * static_cast<double>(time.tv_nsec);
 }
+
+/// Counts the new files of the catalogue that are closed while it lives, by this thread and by others.
+class ClosedFiles final {
+public:
+    ClosedFiles() {
+        counts().here = 0;
+        counts().elsewhere = 0;
+        counts().thread = std::this_thread::get_id();
+        sqlite3_auto_extension(entry());
+    }
+    ~ClosedFiles() { sqlite3_cancel_auto_extension(entry()); }
+    ClosedFiles(const ClosedFiles&) = delete;
+    ClosedFiles& operator=(const ClosedFiles&) = delete;
+
+    [[nodiscard]] int here() const { return counts().here; }
+    [[nodiscard]] int elsewhere() const { return counts().elsewhere; }
+
+private:
+    /// Files may be closed later than the object.
+    struct Counts final {
+        std::thread::id thread;
+        std::atomic_int here;
+        std::atomic_int elsewhere;
+    };
+
+    static Counts& counts() {
+        static Counts all;
+        return all;
+    }
+    static int watch(sqlite3* file, char** /*error*/, const sqlite3_api_routines* /*routines*/) {
+        return sqlite3_trace_v2(file, SQLITE_TRACE_CLOSE, &noteClosed, nullptr);
+    }
+    static int noteClosed(unsigned /*event*/, void* /*context*/, void* file, void* /*none*/) {
+        const std::string_view name = sqlite3_db_filename(static_cast<sqlite3*>(file), "main");
+        if (name.find("/catalogue-") != std::string_view::npos) {
+            ++(std::this_thread::get_id() == counts().thread ? counts().here : counts().elsewhere);
+        }
+        return 0;
+    }
+    static void (*entry())() { return reinterpret_cast<void (*)()>(&watch); }
+};
 
 class DataSyncServiceTest : public SyncFixture {
 protected:
@@ -228,6 +270,15 @@ TEST_F(DataSyncServiceTest, ACategoryIdThatStandsTwiceFailsTheRunBeforeAnythingI
     EXPECT_FALSE(savedOrder(DataSyncService::liveOrderKey));
     EXPECT_THAT(storedNames(), ElementsAre("Old A", "Old B"));
     EXPECT_FALSE(playlist());
+}
+
+TEST_F(DataSyncServiceTest, TheNewFileOfAFailedRunIsNotClosedOnTheMainThread) {
+    scriptSmallCatalogue();
+    provider.script("get_live_categories", {body(categoriesJSON({{"1", "A"}, {"1", "B"}}))});
+    const ClosedFiles closed;
+    EXPECT_THROW(sync(), DuplicateCategoryError);
+    EXPECT_EQ(closed.here(), 0);
+    EXPECT_EQ(closed.elsewhere(), 1);
 }
 
 TEST_F(DataSyncServiceTest, ACategoryIdIsShownInPart) {

@@ -4,6 +4,7 @@
 #include "support/TestSupport.h"
 
 #include <fstream>
+#include <future>
 #include <gtest/gtest.h>
 #include <sys/stat.h>
 
@@ -136,6 +137,31 @@ TEST(SecItemStores, aKeyringThatIsGivenUpInTheMiddleKeepsTheItemOfBefore) {
     }),
               errSecSuccess);
     EXPECT_EQ(makeSecretServiceStore()->SecItemCopyMatching(item, status), secret);
+}
+
+TEST(SecItemStores, aKeyringThatFallsSilentInTheMiddleIsLeftWhenItIsGivenUpTwice) {
+    testing::PrivateBus& bus = busWithSecretService();
+    const SecItemQuery item{"com.ondavia.app", "ondavia_password"};
+    const auto store = makeSecretServiceStore();
+    store->SecItemDelete(item);
+    ASSERT_EQ(store->SecItemAdd(item, secret), errSecSuccess);
+    const testing::LogCapture log;
+    std::promise<void> fallsSilent;
+    auto change = std::async(std::launch::async, [&] {
+        return store->changeTogether([&] {
+            EXPECT_EQ(store->SecItemDelete(item), errSecSuccess);
+            bus.silenceKeyring();
+            fallsSilent.set_value();
+            return store->SecItemAdd(item, "new");
+        });
+    });
+    fallsSilent.get_future().wait();
+    store->giveUp();
+    store->giveUp();
+    EXPECT_NE(change.get(), errSecSuccess);
+    bus.silenceKeyring(false);
+    EXPECT_NE(log.text().find("neither the new item nor the one of before"), std::string::npos);
+    EXPECT_EQ(log.text().find("Timeout"), std::string::npos) << "nobody has waited for an answer to the end";
 }
 
 TEST(SecItemStores, anItemThatCannotBeReadIsNotChanged) {

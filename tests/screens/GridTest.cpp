@@ -3,9 +3,6 @@
 namespace ondavia::testing {
 namespace {
 
-constexpr QPoint notchUp(0, 120);
-constexpr QPoint notchDown(0, -120);
-
 /// A long list of films in windows of several sizes.
 class GridTest : public ScreensTest, public ::testing::WithParamInterface<QSize> {
 protected:

@@ -288,6 +288,28 @@ TEST_F(PlayerWindowTest, FillsTheScreenAndLeavesItAsItWas) {
     EXPECT_EQ(window->visibility(), former);
 }
 
+TEST_F(PlayerWindowTest, WhatTheWindowWasIsKnownWhoeverEndsTheFullScreen) {
+    playFilm();
+    window->showMaximized();
+    settle();
+    press(Qt::Key_F);
+    ASSERT_EQ(window->visibility(), QWindow::FullScreen);
+    press(Qt::Key_F11);
+    EXPECT_EQ(window->visibility(), QWindow::Maximized) << "begun by the player, ended by the viewer";
+    press(Qt::Key_F11);
+    ASSERT_EQ(window->visibility(), QWindow::FullScreen);
+    press(Qt::Key_F);
+    EXPECT_EQ(window->visibility(), QWindow::Maximized) << "begun by the viewer, ended by the player";
+    press(Qt::Key_F);
+    press(Qt::Key_F11);
+    press(Qt::Key_F11);
+    player().close();
+    drainEvents();
+    EXPECT_EQ(window->visibility(), QWindow::FullScreen) << "the viewer's own";
+    press(Qt::Key_F11);
+    EXPECT_EQ(window->visibility(), QWindow::Maximized);
+}
+
 TEST_F(PlayerWindowTest, TheErrorLayerOffersAnotherTry) {
     playFilm();
     const auto creations = [this] { return std::ranges::count(journal, "create http://tv.example/movie/1"); };

@@ -35,8 +35,12 @@ void collect(QQuickItem& item, const std::function<void(QQuickItem&)>& visit);
 /// Waits until the shown window has the keyboard: before that, keys reach no shortcut of it.
 void giveKeyboard(QWindow& window);
 
+/// Where the item is in its window.
 [[nodiscard]] QRectF sceneRect(const QQuickItem& item);
 
+inline constexpr QPoint notchUp(0, 120);
+inline constexpr QPoint notchDown(0, -120);
+inline constexpr QPoint notchRight(-120, 0);
 /// Notch by notch, each when the list has come to rest, until `isThere`.
 void turnWheel(QQuickItem& list, QPoint notch, const std::function<bool()>& isThere);
 

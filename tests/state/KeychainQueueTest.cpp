@@ -62,6 +62,54 @@ private:
     std::unique_ptr<SecItemStore> m_items = makeMemoryStore();
 };
 
+/// A keyring that is slow to put back what it has changed in part: it does not end before that is given up
+/// too.
+class PuttingBackItems final : public SecItemStore {
+public:
+    OSStatus SecItemAdd(const SecItemQuery& /*item*/, const std::string& /*data*/) override {
+        return errSecNotAvailable;
+    }
+    std::optional<std::string> SecItemCopyMatching(const SecItemQuery& /*item*/, OSStatus& status) override {
+        status = errSecNotAvailable;
+        return std::nullopt;
+    }
+    OSStatus SecItemDelete(const SecItemQuery& /*item*/) override { return errSecNotAvailable; }
+    OSStatus changeTogether(const std::function<OSStatus()>& /*changes*/) override {
+        std::unique_lock lock(m_mutex);
+        m_isLeft = m_changed.wait_for(lock, std::chrono::minutes(1), [this] { return m_givenUp == 2; });
+        return errSecNotAvailable;
+    }
+    bool remembers() const override { return false; }
+    bool keepsWaiting() const override { return true; }
+    void giveUp() override {
+        const std::lock_guard lock(m_mutex);
+        ++m_givenUp;
+        m_changed.notify_all();
+    }
+
+    [[nodiscard]] int givenUp() const {
+        const std::lock_guard lock(m_mutex);
+        return m_givenUp;
+    }
+    [[nodiscard]] bool isLeft() const {
+        const std::lock_guard lock(m_mutex);
+        return m_isLeft;
+    }
+
+private:
+    mutable std::mutex m_mutex;
+    std::condition_variable m_changed;
+    int m_givenUp = 0;
+    bool m_isLeft = false;
+};
+
+/// Has an account kept, which the items refuse.
+void askToKeep(KeychainQueue& queue) {
+    static_cast<void>(queue.run([](KeychainService& service) {
+        return service.saveCredentials({"http://tv.example", "ana", "secret"});
+    }));
+}
+
 class KeychainQueueTest : public StateFixture {
 protected:
     ~KeychainQueueTest() override { closed.giveUp(); }
@@ -210,6 +258,28 @@ TEST_F(KeychainQueueTest, AStateThatGoesWhileItWaitsIsNotTouched) {
     startWaiting().reset();
     openAndSettle();
     EXPECT_EQ(kept(), (Credentials{"http://tv.example", "ana", "secret"}));
+}
+
+TEST_F(KeychainQueueTest, WhatIsPutBackHasALimitOfItsOwn) {
+    PuttingBackItems slow;
+    KeychainService service(slow, defaults);
+    KeychainQueue slowQueue(service, scheduler);
+    askToKeep(slowQueue);
+    scheduler.advance(KeychainQueue::patience);
+    EXPECT_EQ(slow.givenUp(), 1);
+    scheduler.advance(KeychainQueue::putBackPatience);
+    EXPECT_EQ(slow.givenUp(), 2);
+}
+
+TEST_F(KeychainQueueTest, QuittingEndsWhatIsPutBackToo) {
+    PuttingBackItems slow;
+    KeychainService service(slow, defaults);
+    {
+        KeychainQueue slowQueue(service, scheduler);
+        askToKeep(slowQueue);
+    }
+    EXPECT_EQ(slow.givenUp(), 2);
+    EXPECT_TRUE(slow.isLeft());
 }
 
 TEST_F(KeychainQueueTest, WhereNobodyHasToWaitTheAnswerIsThereAtOnce) {

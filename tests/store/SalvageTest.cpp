@@ -211,6 +211,31 @@ TEST_F(SalvageTest, ComesToAnEndWhereInteriorPagesLeadToEachOther) {
     }
 }
 
+TEST_F(SalvageTest, ARowLongerThanAPageIsSavedWholeOrNotAtAll) {
+    const fs::path folder = m_folder.path() / "sound";
+    WatchHistory longRow = makeHistory(filmCount);
+    const std::string end = "o fim do título";
+    longRow.title = std::string(6000, 'a') + end;
+    insertAndSave(LibraryStore::open(folder)->mainContext(), std::vector{longRow});
+    m_image = readWholeFile(folder / "user.db");
+    const std::size_t leaf = pageOf(longRow);
+    const std::size_t overflow = m_image.find(end) / samplePageBytes;
+    ASSERT_NE(leaf, overflow);
+    for (const char filler : {'\xAB', '\0'}) {
+        for (std::size_t broken = 0; broken < pages(); ++broken) {
+            std::string image = m_image;
+            image.replace(broken * samplePageBytes, samplePageBytes, samplePageBytes, filler);
+            const UserRows saved = salvage(image);
+            const auto history = rowsOf<WatchHistory>(saved);
+            const auto entry = history.find(longRow.id);
+            const bool isWhole = broken != leaf && broken != overflow;
+            EXPECT_EQ(entry != history.end(), isWhole) << "page " << broken;
+            EXPECT_TRUE(entry == history.end() || entry->second == longRow) << "page " << broken;
+            compare(saved, [broken](std::size_t page) { return page != broken; });
+        }
+    }
+}
+
 TEST_F(SalvageTest, FindsNothingInWhatIsNoDatabase) {
     EXPECT_EQ(salvage("").size(), 0);
     EXPECT_EQ(salvage("text").size(), 0);

@@ -71,6 +71,11 @@ public:
         QDBusConnection::disconnectFromBus(name);
     }
 
+    /// The keyring takes calls and answers none, until `false`.
+    void silenceKeyring(bool isSilent = true) const {
+        ::kill(static_cast<pid_t>(m_keyring.processId()), isSilent ? SIGSTOP : SIGCONT);
+    }
+
     /// From now on the keyring fails to write a file that is larger.
     void limitKeyringFiles(rlim_t bytes) const {
         const rlimit limit{bytes, RLIM_INFINITY};

@@ -4,12 +4,8 @@
 #include "base/AppLogger.h"
 #include "platform/linux/SecItemStores.h"
 
-#include <chrono>
-#include <condition_variable>
 #include <map>
 #include <mutex>
-#include <stop_token>
-#include <thread>
 #include <utility>
 
 namespace ondavia {
@@ -42,37 +38,13 @@ OSStatus statusOf(GError* error) {
     return errSecNotAvailable;
 }
 
-/// Cancels what it is given to after some time.
-class Deadline final {
-public:
-    explicit Deadline(std::chrono::seconds limit)
-        : m_timer([end = m_end, limit](const std::stop_token& stop) {
-            std::mutex mutex;
-            std::unique_lock lock(mutex);
-            std::condition_variable_any().wait_for(lock, stop, limit, [] { return false; });
-            if (!stop.stop_requested()) {
-                g_cancellable_cancel(end);
-            }
-        }) {}
-    ~Deadline() {
-        m_timer.request_stop();
-        m_timer.join();
-        g_object_unref(m_end);
-    }
-    Deadline(const Deadline&) = delete;
-    Deadline& operator=(const Deadline&) = delete;
-
-    [[nodiscard]] GCancellable* end() const { return m_end; }
-
-private:
-    GCancellable* m_end = g_cancellable_new();
-    std::jthread m_timer;
-};
-
 class SecretServiceStore final : public SessionItemStore {
 public:
     SecretServiceStore() = default;
-    ~SecretServiceStore() override { g_object_unref(m_givenUp); }
+    ~SecretServiceStore() override {
+        g_object_unref(m_givenUp);
+        g_object_unref(m_ended);
+    }
     SecretServiceStore(const SecretServiceStore&) = delete;
     SecretServiceStore& operator=(const SecretServiceStore&) = delete;
 
@@ -121,21 +93,18 @@ public:
         const Undo undo = *std::exchange(m_undo, std::nullopt);
         if (status != errSecSuccess) {
             // Also when the keyring was given up in the middle: it may have been slow and not silent.
-            const Deadline deadline(putBackLimit);
-            putBack(undo, deadline.end());
+            putBack(undo);
         }
         return status;
     }
 
     [[nodiscard]] bool remembers() const override { return g_cancellable_is_cancelled(m_givenUp) == FALSE; }
     [[nodiscard]] bool keepsWaiting() const override { return true; }
-    void giveUp() override { g_cancellable_cancel(m_givenUp); }
+    void giveUp() override { g_cancellable_cancel(remembers() ? m_givenUp : m_ended); }
 
 private:
     /// What stood under each name before the first change that belongs together with others.
     using Undo = std::map<std::pair<std::string, std::string>, std::optional<std::string>>;
-
-    static constexpr std::chrono::seconds putBackLimit{5};
 
     /// What cannot be put back is not changed.
     OSStatus noteForUndo(const SecItemQuery& item) {
@@ -151,15 +120,15 @@ private:
         return errSecSuccess;
     }
 
-    static void putBack(const Undo& undo, GCancellable* end) {
+    void putBack(const Undo& undo) const {
         for (const auto& [name, data] : undo) {
             const SecItemQuery item{name.first, name.second};
             OSStatus status = errSecSuccess;
-            if (find(item, end, status) == data && (data || status == errSecItemNotFound)) {
+            if (find(item, m_ended, status) == data && (data || status == errSecItemNotFound)) {
                 continue;
             }
-            clear(item, end);
-            if (data && store(item, *data, end) != errSecSuccess) {
+            clear(item, m_ended);
+            if (data && store(item, *data, m_ended) != errSecSuccess) {
                 AppLogger::keychain.error("the keyring takes neither the new item nor the one of before");
             }
         }
@@ -214,7 +183,10 @@ private:
         return isFound || statusOf(error) != errSecSuccess;
     }
 
+    /// Cancelled where the keyring is not to be asked for anything new any more.
     GCancellable* m_givenUp = g_cancellable_new();
+    /// Cancelled where nothing is to be put back either.
+    GCancellable* m_ended = g_cancellable_new();
     std::recursive_mutex m_mutex;
     std::optional<Undo> m_undo;
 };

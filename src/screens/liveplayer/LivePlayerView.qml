@@ -70,9 +70,9 @@ FocusScope {
     onIsFullChanged: {
         stage.takeFocus()
         if (view.isFull)
-            filling.enter()
+            FullScreen.enter(true)
         else
-            filling.leave()
+            FullScreen.leavePlayer()
     }
 
     Connections {
@@ -101,7 +101,7 @@ FocusScope {
                 panelFocus.restart()
         }
         function onDisappeared() {
-            filling.leave()
+            FullScreen.leavePlayer()
         }
     }
     Connections {
@@ -122,7 +122,6 @@ FocusScope {
         interval: 0
         onTriggered: view.takePanelFocus()
     }
-    ScreenFilling { id: filling }
 
     Rectangle {
         anchors.fill: parent

@@ -12,8 +12,8 @@ FocusScope {
     function goBack() {
         if (view.model.closeLayer())
             return
-        if (filling.fills)
-            filling.leave()
+        if (FullScreen.isPlayers)
+            FullScreen.leave()
         else
             view.model.close()
     }
@@ -52,14 +52,13 @@ FocusScope {
     Connections {
         target: view.model
         function onFullScreenToggled() {
-            filling.toggle()
+            FullScreen.toggle(true)
         }
         function onDisappeared() {
-            filling.leave()
+            FullScreen.leavePlayer()
         }
     }
     PointerWake { model: view.model }
-    ScreenFilling { id: filling }
 
     PlayerStage {
         id: stage

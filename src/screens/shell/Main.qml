@@ -16,18 +16,13 @@ Window {
     color: Theme.background
 
     Component.onCompleted: {
+        FullScreen.window = window
         window.page.parent = window.contentItem
         window.page.anchors.fill = window.contentItem
     }
     Shortcut {
-        property int before: Window.Windowed
         sequence: "F11"
-        onActivated: {
-            const isFull = window.visibility === Window.FullScreen
-            if (!isFull)
-                before = window.visibility
-            window.visibility = isFull ? before : Window.FullScreen
-        }
+        onActivated: FullScreen.toggle(false)
     }
     Connections {
         target: window.page

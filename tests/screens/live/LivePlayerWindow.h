@@ -93,24 +93,21 @@ protected:
         for (const auto* text : {"Não foi possível reproduzir", "Erro de reproducao"}) {
             QQuickItem* label = findLabel(*window->contentItem(), QString::fromUtf8(text));
             ASSERT_NE(label, nullptr);
-            message.push_back(place(*label));
+            message.push_back(sceneRect(*label));
         }
         QQuickItem* retry = find(QStringLiteral("Tentar novamente"));
         ASSERT_NE(retry, nullptr);
-        message.push_back(place(*retry));
+        message.push_back(sceneRect(*retry));
         for (const auto* name : {"Canal anterior", "Canal seguinte"}) {
             QQuickItem* button = find(QString::fromUtf8(name));
             ASSERT_NE(button, nullptr) << name;
-            EXPECT_TRUE(stage().contains(place(*button))) << name;
+            EXPECT_TRUE(stage().contains(sceneRect(*button))) << name;
             for (const QRectF& part : message) {
-                EXPECT_FALSE(part.intersects(place(*button))) << name;
+                EXPECT_FALSE(part.intersects(sceneRect(*button))) << name;
             }
         }
     }
-    [[nodiscard]] QRectF place(QQuickItem& item) {
-        return item.mapRectToScene(QRectF(0, 0, item.width(), item.height()));
-    }
-    [[nodiscard]] QRectF stage() { return place(*named("stage")); }
+    [[nodiscard]] QRectF stage() { return sceneRect(*named("stage")); }
     /// A pointer over the picture brings the controls.
     void wake() {
         const QPoint middle = stage().center().toPoint();

@@ -134,6 +134,22 @@ TEST_F(LivePlayerWindowTest, TheKeyboardGoesToTheListAndBack) {
     EXPECT_EQ(systemVolume.asked.size(), 1U);
 }
 
+TEST_F(LivePlayerWindowTest, AfterTheWheelAnArrowGoesToAChannelInSight) {
+    openChannel();
+    press(Qt::Key_Right);
+    ASSERT_EQ(focusName(), "Desporto HD 1");
+    QQuickItem& list = *named("zapList");
+    const auto scrolled = [&list] { return list.property("contentY").toDouble(); };
+    const double row = window->activeFocusItem()->height();
+    turnWheel(list, notchDown, [&] { return scrolled() > 3 * row; });
+    const double before = scrolled();
+    press(Qt::Key_Down);
+    settle();
+    EXPECT_EQ(scrolled(), before) << "the list stays where the wheel has left it";
+    EXPECT_TRUE(sceneRect(list).contains(sceneRect(*window->activeFocusItem()))) << focusName();
+    EXPECT_EQ(onAir(), "Desporto HD 1");
+}
+
 TEST_F(LivePlayerWindowTest, EnterLeadsToTheControls) {
     openChannel();
     press(Qt::Key_Return);
@@ -209,16 +225,16 @@ TEST_F(LivePlayerWindowTest, StandsBesideTheListInAWideWindowAndAboveItInANarrow
     openChannel();
     QQuickItem* list = named("zapList");
     ASSERT_NE(list, nullptr);
-    EXPECT_LE(stage().right(), place(*list).left());
+    EXPECT_LE(stage().right(), sceneRect(*list).left());
     EXPECT_GT(stage().width(), 800);
     window->resize(412, 892);
     settle();
     EXPECT_EQ(stage().width(), 412);
     EXPECT_EQ(stage().height(), 412.0 * 9 / 16);
-    EXPECT_GE(place(*list).top(), stage().bottom() + 76) << "below the bar";
+    EXPECT_GE(sceneRect(*list).top(), stage().bottom() + 76) << "below the bar";
     window->resize(500, 480);
     settle();
-    EXPECT_GE(place(*list).height(), 90) << "a low window keeps some of the list";
+    EXPECT_GE(sceneRect(*list).height(), 90) << "a low window keeps some of the list";
 }
 
 TEST_F(LivePlayerWindowTest, EachArrangementHasItsControls) {
