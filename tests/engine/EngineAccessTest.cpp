@@ -4,7 +4,10 @@
 #include <gmock/gmock.h>
 
 #include <fstream>
+#include <netinet/in.h>
 #include <set>
+#include <sys/socket.h>
+#include <unistd.h>
 
 namespace ondavia::testing {
 namespace {
@@ -47,6 +50,35 @@ std::set<std::string> openDoors() {
     }
     return doors;
 }
+
+/// A TCP port that notes whether somebody calls, and hangs up.
+class Reception final {
+public:
+    Reception()
+        : m_socket(socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC | SOCK_NONBLOCK, 0)) {
+        m_address.sin_family = AF_INET;
+        m_address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
+        auto* const address = reinterpret_cast<sockaddr*>(&m_address);
+        socklen_t size = sizeof m_address;
+        if (bind(m_socket, address, size) != 0 || listen(m_socket, SOMAXCONN) != 0 ||
+            getsockname(m_socket, address, &size) != 0) {
+            throw std::runtime_error("no port to be called at");
+        }
+    }
+    ~Reception() { close(m_socket); }
+    Reception(const Reception&) = delete;
+    Reception& operator=(const Reception&) = delete;
+
+    [[nodiscard]] int port() const { return ntohs(m_address.sin_port); }
+    [[nodiscard]] bool hasCaller() const {
+        const int caller = accept4(m_socket, nullptr, nullptr, SOCK_CLOEXEC);
+        return caller >= 0 && close(caller) == 0;
+    }
+
+private:
+    sockaddr_in m_address{};
+    int m_socket;
+};
 
 TEST(EngineAccess, ReplyOpensNoDoorAndNoFile) {
     MediaServer server;
@@ -109,10 +141,20 @@ TEST(EngineAccess, UsersOwnAddressMayBeAnyNetworks) {
     GTEST_SKIP() << "FFmpeg cancels its receiving thread, which the thread sanitizer takes for a fault";
 #endif
     // Nobody sends anything there: that it listens is all that can be seen.
-    Engine engine(MpvOutputs::Null, "udp://127.0.0.1:0");
-    const auto doors = openDoors();
+    for (const char* url : {"udp://127.0.0.1:0", "rtp://127.0.0.1:0"}) {
+        Engine engine(MpvOutputs::Null, url);
+        const auto doors = openDoors();
+        engine->prepareToPlay();
+        // The door of the engine before may close meanwhile.
+        EXPECT_TRUE(waitUntil([&] { return !std::ranges::includes(doors, openDoors()); }, 60s)) << url;
+    }
+}
+
+TEST(EngineAccess, UsersOwnAddressMayBeAnRtspServer) {
+    Reception reception;
+    Engine engine(MpvOutputs::Null, "rtsp://127.0.0.1:" + std::to_string(reception.port()) + "/x");
     engine->prepareToPlay();
-    EXPECT_TRUE(waitUntil([&] { return openDoors() != doors; }, 60s));
+    EXPECT_TRUE(waitUntil([&] { return reception.hasCaller(); }, 60s));
 }
 
 } // namespace
