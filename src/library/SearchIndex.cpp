@@ -7,6 +7,7 @@
 #include <QString>
 
 #include <algorithm>
+#include <cstring>
 #include <tuple>
 #include <unordered_map>
 
@@ -60,28 +61,39 @@ void SearchIndex::Texts::shrink() {
     m_ends.shrink_to_fit();
 }
 
-/// By the byte of `part` that the texts have least of: most of them are passed over without a look.
+/// By the byte of `part` that the texts have least of, when they have few of it: most of them are passed over
+/// without a look.
+std::size_t SearchIndex::Texts::find(std::string_view part, std::size_t from) const {
+    const auto count = [this](char character) { return m_counts[static_cast<unsigned char>(character)]; };
+    const auto rarest = std::ranges::min_element(part, {}, count);
+    // About what a stop at a byte costs, in bytes of a plain run.
+    constexpr std::size_t priceOfAStop = 32;
+    const std::string_view bytes = m_bytes;
+    if (count(*rarest) * priceOfAStop > bytes.size()) {
+        const void* found = memmem(bytes.data() + from, bytes.size() - from, part.data(), part.size());
+        return found == nullptr ? std::string_view::npos
+                                : static_cast<std::size_t>(static_cast<const char*>(found) - bytes.data());
+    }
+    const auto before = static_cast<std::size_t>(rarest - part.begin());
+    std::size_t found = bytes.find(*rarest, from + before);
+    while (found != std::string_view::npos && bytes.compare(found - before, part.size(), part) != 0) {
+        found = bytes.find(*rarest, found + 1);
+    }
+    return found == std::string_view::npos ? found : found - before;
+}
+
 void SearchIndex::Texts::mark(std::string_view part, std::vector<char>& marks) const {
     if (part.empty()) {
         std::ranges::fill(marks, char{1});
         return;
     }
-    const auto rarest = std::ranges::min_element(
-        part, {}, [this](char character) { return m_counts[static_cast<unsigned char>(character)]; });
-    const auto before = static_cast<std::size_t>(rarest - part.begin());
-    const std::string_view bytes = m_bytes;
     std::size_t text = 0;
-    std::size_t from = before;
-    for (std::size_t found = bytes.find(*rarest, from); found != std::string_view::npos;
-         found = bytes.find(*rarest, from)) {
-        from = found + 1;
-        if (bytes.compare(found - before, part.size(), part) == 0) {
-            while (m_ends[text] <= found) {
-                ++text;
-            }
-            marks[text] = 1;
-            from = m_ends[text] + before;
+    for (std::size_t found = find(part, 0); found != std::string_view::npos;
+         found = find(part, m_ends[text])) {
+        while (m_ends[text] <= found) {
+            ++text;
         }
+        marks[text] = 1;
     }
 }
 

@@ -52,6 +52,9 @@ private:
         void mark(std::string_view part, std::vector<char>& marks) const;
 
     private:
+        /// Where `part` begins next, at `from` or later; npos when nowhere.
+        [[nodiscard]] std::size_t find(std::string_view part, std::size_t from) const;
+
         /// How often each byte occurs.
         std::array<std::uint32_t, 256> m_counts{};
         std::string m_bytes;

@@ -2,8 +2,9 @@
 #include "playback/engine/VideoTarget.h"
 
 #include <algorithm>
-#include <atomic>
 #include <cstdlib>
+#include <memory>
+#include <mutex>
 #include <vector>
 
 namespace ondavia::engine {
@@ -12,13 +13,75 @@ namespace {
 /// mpv draws fast into lines that start and end at multiples of this many bytes.
 constexpr std::size_t alignment = 64;
 
-QImage alignedImage(QSize size) {
-    const auto lineBytes = static_cast<std::size_t>(size.width()) * 4;
-    const std::size_t stride = (lineBytes + alignment - 1) / alignment * alignment;
-    void* bytes = std::aligned_alloc(alignment, stride * static_cast<std::size_t>(size.height()));
-    return {static_cast<uchar*>(bytes), size.width(), size.height(), static_cast<qsizetype>(stride),
-            QImage::Format_RGB32,       std::free,    bytes};
-}
+/// Memory for pictures of one size, which is drawn into again once nobody shows what it held: new memory for
+/// each frame would have the system clear 4 MB 25 times a second. Any thread.
+class PictureMemory final {
+public:
+    explicit PictureMemory(std::size_t bytes)
+        : m_bytes(bytes) {}
+    ~PictureMemory() { std::ranges::for_each(m_unused, std::free); }
+    PictureMemory(const PictureMemory&) = delete;
+    PictureMemory& operator=(const PictureMemory&) = delete;
+
+    /// Null where there is none.
+    void* take() {
+        const std::lock_guard lock(m_mutex);
+        if (m_unused.empty()) {
+            return std::aligned_alloc(alignment, m_bytes);
+        }
+        void* bytes = m_unused.back();
+        m_unused.pop_back();
+        return bytes;
+    }
+    void giveBack(void* bytes) {
+        const std::lock_guard lock(m_mutex);
+        m_unused.push_back(bytes);
+    }
+
+private:
+    const std::size_t m_bytes;
+    std::mutex m_mutex;
+    std::vector<void*> m_unused;
+};
+
+/// What a picture holds of it.
+struct Lease final {
+    std::shared_ptr<PictureMemory> memory;
+    void* bytes;
+};
+
+/// Pictures of the size that was wanted last. Video thread.
+class Pictures final {
+public:
+    /// Null where there is no memory for it.
+    QImage make(QSize size) {
+        const auto lineBytes = static_cast<std::size_t>(size.width()) * 4;
+        const std::size_t stride = (lineBytes + alignment - 1) / alignment * alignment;
+        if (size != m_size) {
+            m_memory = std::make_shared<PictureMemory>(stride * static_cast<std::size_t>(size.height()));
+            m_size = size;
+        }
+        void* bytes = m_memory->take();
+        if (bytes == nullptr) {
+            return {};
+        }
+        const auto giveBack = [](void* lease) {
+            const std::unique_ptr<Lease> held(static_cast<Lease*>(lease));
+            held->memory->giveBack(held->bytes);
+        };
+        return {static_cast<uchar*>(bytes),
+                size.width(),
+                size.height(),
+                static_cast<qsizetype>(stride),
+                QImage::Format_RGB32,
+                giveBack,
+                std::make_unique<Lease>(Lease{m_memory, bytes}).release()};
+    }
+
+private:
+    QSize m_size;
+    std::shared_ptr<PictureMemory> m_memory;
+};
 
 /// mpv leaves the fourth byte of each pixel at 0, which a window with an alpha channel takes for glass.
 void makeOpaque(QImage& image) {
@@ -28,26 +91,6 @@ void makeOpaque(QImage& image) {
         std::for_each_n(pixels, image.width(), [](std::uint32_t& pixel) { pixel |= opaque; });
     }
 }
-
-/// Pictures of one size that are drawn into again once nobody shows them: a new one for each frame would have
-/// the system clear 4 MB of memory 25 times a second. Video thread.
-class PicturePool final {
-public:
-    /// One that nobody else has, until the next call; null where there is no memory for it.
-    QImage& picture(QSize size) {
-        std::erase_if(m_pictures, [size](const QImage& picture) { return picture.size() != size; });
-        const auto free = std::ranges::find_if(m_pictures, &QImage::isDetached);
-        if (free == m_pictures.end()) {
-            return m_pictures.emplace_back(alignedImage(size));
-        }
-        // Whoever let go of it on another thread has read it to the end.
-        std::atomic_thread_fence(std::memory_order_acquire);
-        return *free;
-    }
-
-private:
-    std::vector<QImage> m_pictures;
-};
 
 class SoftwareVideoTarget final : public VideoTarget {
 public:
@@ -59,7 +102,7 @@ public:
     }
 
     VideoFrame render(QSize size) override {
-        QImage& image = m_pictures.picture(size);
+        QImage image = m_pictures.make(size);
         if (image.isNull()) {
             return {};
         }
@@ -77,7 +120,7 @@ public:
             return {};
         }
         makeOpaque(image);
-        return {nullptr, image, 0};
+        return {nullptr, std::move(image), 0};
     }
 
     void close(VideoFrame /*lastFrame*/) override { freeContext(); }
@@ -85,7 +128,7 @@ public:
     [[nodiscard]] bool suits(QOpenGLContext* /*sceneGraphContext*/) const override { return true; }
 
 private:
-    PicturePool m_pictures;
+    Pictures m_pictures;
 };
 
 } // namespace

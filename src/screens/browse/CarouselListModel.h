@@ -23,7 +23,7 @@ struct Carousel final {
 
 /// The categories of films or series that have titles. `CarouselTitles` is what one of them shows. Main
 /// thread.
-class CarouselListModel final : public SteadyListModel {
+class CarouselListModel final : public ondavia::SteadyListModel {
     Q_OBJECT
     QML_ELEMENT
     QML_UNCREATABLE("belongs to a browser")

@@ -21,7 +21,7 @@ struct CategoryRow final {
 };
 
 /// The categories of the channels. Main thread.
-class CategoryListModel final : public SteadyListModel {
+class CategoryListModel final : public ondavia::SteadyListModel {
     Q_OBJECT
     QML_ELEMENT
     QML_UNCREATABLE("belongs to a browser")

@@ -17,7 +17,7 @@ namespace ondavia {
 
 /// Rows of the catalogue by their keys, read one by one as they come into sight: a list of 120,000 titles
 /// holds its keys and a few screens of rows. A row that is gone from the store shows empty. Main thread.
-class ChannelListModel final : public SteadyListModel {
+class ChannelListModel final : public ondavia::SteadyListModel {
     Q_OBJECT
     QML_ELEMENT
     QML_UNCREATABLE("belongs to a browser")
