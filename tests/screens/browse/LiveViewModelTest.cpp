@@ -5,7 +5,6 @@ namespace ondavia::testing {
 namespace {
 
 using std::chrono::minutes;
-using ::testing::Each;
 using ::testing::ElementsAre;
 using ::testing::IsEmpty;
 
@@ -121,7 +120,6 @@ TEST_F(LiveBrowserTest, ShowsWhatIsOnFromItsBeginningUntilJustBeforeItsEnd) {
     addProgram("", "Of nobody", now - minutes(30), now + minutes(30));
     appear(live);
     openCategory(0);
-    EXPECT_THAT(programs(), Each("")) << "the rows do not wait for the guide";
     ASSERT_TRUE(waitUntil([this] { return programs().front() != ""; }));
     EXPECT_THAT(programs(), ElementsAre("Starts now", "", "", "", "In the middle"));
 }
