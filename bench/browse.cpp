@@ -3,6 +3,7 @@
 
 #include "app/MainWindow.h"
 #include "app/Services.h"
+#include "base/Heap.h"
 
 #include <QEventLoop>
 #include <QGuiApplication>
@@ -229,6 +230,8 @@ int runSides() {
 } // namespace ondavia::bench
 
 int main(int argc, char** argv) {
+    // As the application.
+    ondavia::keepHeapSmall();
     const QGuiApplication application(argc, argv);
     std::setlocale(LC_NUMERIC, "C");
     const QStringList arguments = QCoreApplication::arguments();
